@@ -1,0 +1,50 @@
+# Set-up, build, test and demo for qxbase. Every target installs what is missing first, so a
+# fresh Debian machine needs nothing but `make run` or `make test` as root.
+
+BUILD     ?= build
+BUILDTYPE ?= RelWithDebInfo
+WERROR    ?= OFF
+SANITIZE  ?= OFF
+JOBS      ?= $(shell nproc)
+
+DEB_PACKAGES := cmake ninja-build g++ make pkg-config \
+	qt6-base-dev qt6-serialport-dev libgl-dev \
+	libkissfft-dev libgtest-dev libgmock-dev libbenchmark-dev
+
+SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
+
+.PHONY: all deps configure build test run bench clean
+
+all: build
+
+deps:
+	@missing=""; \
+	for p in $(DEB_PACKAGES); do \
+	  dpkg-query -W -f='$${Status}' $$p 2>/dev/null | grep -q "install ok installed" || missing="$$missing $$p"; \
+	done; \
+	if [ -n "$$missing" ]; then \
+	  echo "installing:$$missing"; \
+	  $(SUDO) apt-get update && \
+	  DEBIAN_FRONTEND=noninteractive $(SUDO) apt-get install -y --no-install-recommends $$missing; \
+	fi
+
+configure: deps
+	cmake -S . -B $(BUILD) -G Ninja -DCMAKE_BUILD_TYPE=$(BUILDTYPE) \
+	  -DQXBASE_WERROR=$(WERROR) -DQXBASE_SANITIZE=$(SANITIZE)
+
+build: configure
+	cmake --build $(BUILD) -j $(JOBS)
+
+test: build
+	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
+
+run: build
+	QT_QPA_PLATFORM=$${QT_QPA_PLATFORM:-offscreen} $(BUILD)/apps/qxsheet/qxsheet
+
+bench: deps
+	cmake -S . -B build-bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DQXBASE_BUILD_TESTS=OFF
+	cmake --build build-bench -j $(JOBS)
+	@for b in build-bench/bench/qxbase_bench_*; do [ -x "$$b" ] && "$$b" || exit 1; done
+
+clean:
+	rm -rf build build-asan build-bench
