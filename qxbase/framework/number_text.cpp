@@ -1,5 +1,6 @@
 #include "qxbase/framework/number_text.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -13,6 +14,7 @@ namespace qx {
 namespace {
 
 constexpr int kPrecision = 15;
+constexpr int kMaxPrecision = 17;
 
 [[noreturn]] void RaiseFloat(const QString& text)
 {
@@ -58,8 +60,11 @@ bool EqualsNoCase(std::string_view a, std::string_view b)
 
 }  // namespace
 
-QString FloatToStr(double value)
+QString FloatToStr(double value) { return FloatToStrGeneral(value, kPrecision); }
+
+QString FloatToStrGeneral(double value, int precision)
 {
+    precision = std::clamp(precision, 1, kMaxPrecision);
     if (std::isnan(value)) return QStringLiteral("NAN");
     if (std::isinf(value)) return value > 0 ? QStringLiteral("INF") : QStringLiteral("-INF");
     if (value == 0.0) return QStringLiteral("0");
@@ -67,7 +72,7 @@ QString FloatToStr(double value)
     // Round to 15 significant digits once; both forms are built from these digits.
     std::array<char, 64> buf{};
     auto res = std::to_chars(buf.data(), buf.data() + buf.size(), value,
-                             std::chars_format::scientific, kPrecision - 1);
+                             std::chars_format::scientific, precision - 1);
     std::string_view sci(buf.data(), static_cast<std::size_t>(res.ptr - buf.data()));
     const bool negative = sci.front() == '-';
     if (negative) sci.remove_prefix(1);
@@ -82,7 +87,7 @@ QString FloatToStr(double value)
 
     std::string out;
     if (negative) out.push_back('-');
-    const bool fixed = exponent < kPrecision && std::fabs(value) >= 1e-5;
+    const bool fixed = exponent < precision && std::fabs(value) >= 1e-5;
     if (fixed) {
         if (exponent < 0) {
             out += "0.";

@@ -13,6 +13,9 @@ namespace qx {
 // otherwise exponent form with "E", a sign only when negative and no leading zeros
 // (1.7E30, 1E-6). NaN and infinities give "NAN", "INF" and "-INF"; -0 gives "0".
 QXBASE_EXPORT QString FloatToStr(double value);
+// The same format with another number of significant digits (clamped to 1..17); fixed form
+// is used while the integer part has at most that many digits. Singles use 7.
+QXBASE_EXPORT QString FloatToStrGeneral(double value, int precision);
 
 // Parses a decimal float: optional blanks, sign, digits with an optional "." and exponent
 // ("E" or "e", optional sign), optional trailing blanks; also "INF", "-INF" and "NAN" in any

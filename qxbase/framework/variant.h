@@ -93,8 +93,19 @@ public:
     bool operator!=(const Variant& other) const noexcept { return !(*this == other); }
 
 private:
-    struct Data;
-    std::unique_ptr<Data> d;
+    struct TArray;
+
+    std::int64_t IntegerValue(TVarType target, std::int64_t low, std::int64_t high) const;
+    double FloatValue(TVarType target) const;
+
+    TVarType FType = varEmpty;
+    std::int64_t FInt = 0;  // integer kinds and booleans (0 or 1)
+    double FFloat = 0;      // single, double and date
+    QString FText;
+    std::unique_ptr<TArray> FArray;
 };
+
+// The name a message uses for a type code: "Integer", "String", "Array Variant", ...
+QXBASE_EXPORT QString VarTypeAsText(TVarType type);
 
 }  // namespace qx

@@ -90,3 +90,12 @@ TEST(StrToInt, DecimalAndHexWithRangeChecks)
         EXPECT_EQ(e.Message(), "'abc' is not a valid integer value");
     }
 }
+
+TEST(FloatToStr, OtherPrecisionsMoveTheExponentSwitch)
+{
+    EXPECT_EQ(FloatToStrGeneral(1234567.0, 7), "1234567");
+    EXPECT_EQ(FloatToStrGeneral(12345678.0, 7), "1.234568E7");
+    EXPECT_EQ(FloatToStrGeneral(0.1f, 7), "0.1");
+    EXPECT_EQ(FloatToStrGeneral(0.1f, 15), "0.100000001490116");
+    EXPECT_EQ(FloatToStrGeneral(2.6, 0), "3");
+}
