@@ -1,0 +1,60 @@
+#include <gtest/gtest.h>
+
+#include <QString>
+#include <QTextStream>
+
+#include "apps/qxsheet/console_demo.h"
+#include "apps/qxsheet/trace_format.h"
+#include "qxbase/control/control_source.h"
+
+namespace {
+
+const QChar kSep(8);
+
+TEST(TraceFormat, NamesTheFieldsOfEachKind)
+{
+    EXPECT_EQ(qxsheet::FormatTraceLine(QStringList{"1", "---", "Meter", "Gain", "2"}.join(kSep)),
+              "[1 property write] sender=\"---\" source=\"Meter\" property=\"Gain\" value=\"2\"");
+    EXPECT_EQ(qxsheet::FormatTraceLine(QStringList{"5", "Meter", "0", "cable"}.join(kSep)),
+              "[5 error event] source=\"Meter\" class=\"0\" text=\"cable\"");
+    EXPECT_EQ(qxsheet::FormatTraceLine(QStringList{"7", "a", "b"}.join(kSep)), "[7] 1=\"a\" 2=\"b\"");
+    EXPECT_EQ(qxsheet::FormatTraceLine(QString()), "[]");
+}
+
+// The walk-through shows every kind of trace the bus writes, in the order the bus writes them,
+// and leaves the debug switch as it found it.
+TEST(ConsoleDemo, ShowsTheBusAndTheChannelModelAtWork)
+{
+    QString text;
+    QTextStream out(&text);
+    ASSERT_EQ(qxsheet::RunConsoleDemo(out), 0);
+    out.flush();
+
+    const QStringList expected = {
+        "DoDebug after:                         on",
+        "[1 property write] sender=\"Heater switch\" source=\"Thermometer 1\" property=\"Alarm active\" value=\"True\"",
+        "display  Alarm = True",
+        "property=\"Temperature unit\" value=\"°F\"",
+        "display  Unit = °F",
+        "sender=\"---\" source=\"Thermometer 1\" property=\"Temperature in degrees\" value=\"87.5\"",
+        "[3 user event] source=\"Thermometer 1\" class=\"9\" event=\"Temperature above the limit\" text=\"87.5 degrees\"",
+        "[5 error event] source=\"Thermometer 1\" class=\"0\" text=\"sensor cable loose\"",
+        "[2 properties updated] source=\"Thermometer 1\"",
+        "display  Temperature = 87.5",
+        "its source is being destroyed",
+        "display still attached: no",
+        "DoDebug after the viewer is detached: off",
+        "written: 3 0.5 0.001 4294967301 70 2 -1.25 -4",
+        "same fields after the round trip: yes",
+        "a damaged definition is refused: 'oops' is not a valid floating point value",
+    };
+    qsizetype from = 0;
+    for (const QString& line : expected) {
+        const qsizetype at = text.indexOf(line, from);
+        ASSERT_GE(at, 0) << "missing or out of order: " << line.toStdString() << "\n" << text.toStdString();
+        from = at + line.size();
+    }
+    EXPECT_FALSE(qx::DoDebug);
+}
+
+}  // namespace
