@@ -1,0 +1,28 @@
+#pragma once
+
+#include "qxbase/framework/resource_text.h"
+
+// Texts of the measurement subsystem shown to the user.
+namespace qx::res {
+
+// Names of the math channel operations, by TQXVTOperation ordinal.
+inline constexpr ResourceText _rsVT_METHOD0 = QX_RES("None");
+inline constexpr ResourceText _rsVT_METHOD1 = QX_RES("Sum of two channels");
+inline constexpr ResourceText _rsVT_METHOD2 = QX_RES("Difference of two channels");
+inline constexpr ResourceText _rsVT_METHOD3 = QX_RES("Product of two channels");
+inline constexpr ResourceText _rsVT_METHOD4 = QX_RES("Division of two channels");
+inline constexpr ResourceText _rsVT_METHOD5 = QX_RES("Compression to an average value");
+inline constexpr ResourceText _rsVT_METHOD6 = QX_RES("First value of buffer");
+inline constexpr ResourceText _rsVT_METHOD7 = QX_RES("Last value of buffer");
+inline constexpr ResourceText _rsVT_METHOD8 = QX_RES("Minimum value of buffer");
+inline constexpr ResourceText _rsVT_METHOD9 = QX_RES("Maximum valueof buffer ");
+inline constexpr ResourceText _rsVT_METHOD10 = QX_RES("RMS of buffer");
+inline constexpr ResourceText _rsVT_METHOD11 = QX_RES("Standard deviation of buffer");
+inline constexpr ResourceText _rsVT_METHOD12 = QX_RES("Extend single value");
+inline constexpr ResourceText _rsVT_METHOD13 = QX_RES("FFT");
+inline constexpr ResourceText _rsVT_METHOD14 = QX_RES("Two-point scaling");
+inline constexpr ResourceText _rsVT_METHOD15 = QX_RES("Polynominal linearization");
+inline constexpr ResourceText _rsVT_METHOD16 = QX_RES("Split digital input");
+inline constexpr ResourceText _rsVT_METHOD17 = QX_RES("Invert waveform");
+
+}  // namespace qx::res
