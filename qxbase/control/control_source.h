@@ -63,12 +63,14 @@ public:
     // array index is handed out as its 32-bit two's complement.
     virtual bool GetEnumerationHandle(TQXPropertyHandle Handle, const QString& Text,
                                       std::uint32_t& Index) const;
-    // Value is Null first; true only when the property's callback was called to read it.
+    // Value is Null first; true only when the property's callback was called to read it. An
+    // exception of the callback propagates.
     virtual bool GetPropertyValue(TQXPropertyHandle Handle, Variant& Value);
     // Writes through the property's callback and then tells every link that the property has a
     // new value. Sender names who asks (nullptr: nobody) in the debug trace. False, and nothing
     // done, for an unknown handle or a property without callback; false as well when a trace
-    // listener removes the property or destroys this source before the write.
+    // listener removes the property or destroys this source before the write. An exception of
+    // the callback propagates, and then no event is fired.
     virtual bool SetPropertyValue(TQXControlSource* Sender, TQXPropertyHandle Handle,
                                   const Variant& Value);
     // Removes every event and registers the four system events again.
