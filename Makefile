@@ -6,6 +6,7 @@ BUILDTYPE ?= RelWithDebInfo
 WERROR    ?= OFF
 SANITIZE  ?= OFF
 JOBS      ?= $(shell nproc)
+CTEST_ARGS ?=
 
 DEB_PACKAGES := cmake ninja-build g++ make pkg-config \
 	qt6-base-dev qt6-serialport-dev libgl-dev \
@@ -36,7 +37,7 @@ build: configure
 	cmake --build $(BUILD) -j $(JOBS)
 
 test: build
-	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
+	cd $(BUILD) && ctest --output-on-failure -j $(JOBS) $(CTEST_ARGS)
 
 run: build
 	QT_QPA_PLATFORM=$${QT_QPA_PLATFORM:-offscreen} $(BUILD)/apps/qxsheet/qxsheet
