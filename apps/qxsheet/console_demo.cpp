@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "apps/qxsheet/demo_sources.h"
+#include "apps/qxsheet/thermocouple_demo.h"
 #include "apps/qxsheet/trace_format.h"
 #include "qxbase/control/debug_event_source.h"
 #include "qxbase/control/event_link.h"
@@ -141,6 +142,7 @@ int RunConsoleDemo(QTextStream& out)
     out << "DoDebug after the viewer is detached: " << (qx::DoDebug ? "on" : "off") << Qt::endl;
 
     ShowChannelDefinition(out);
+    ShowThermocouples(out);
     return 0;
 }
 

@@ -47,6 +47,9 @@ TEST(ConsoleDemo, ShowsTheBusAndTheChannelModelAtWork)
         "written: 3 0.5 0.001 4294967301 70 2 -1.25 -4",
         "same fields after the round trip: yes",
         "a damaged definition is refused: 'oops' is not a valid floating point value",
+        "type K  20.644 mV -> 499.980 degC (ok), exact 499.993 degC",
+        "type B  14.000 mV -> 1835.739 degC (above the type's range), exact 1820.000 degC",
+        "USB cold-junction sensor at 0.25 V: 25.00 degC, 298.16 K",
     };
     qsizetype from = 0;
     for (const QString& line : expected) {
