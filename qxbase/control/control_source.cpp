@@ -26,6 +26,15 @@ QString PlainTraceText(const Variant& Value)
 
 }  // namespace
 
+TQXPropertyHandle NewPropertyHandle() noexcept
+{
+    TQXPropertyHandle handle = 0;
+    do {
+        handle = GLastPropertyHandle.fetch_add(1, std::memory_order_relaxed) + 1;
+    } while (handle == 0);
+    return handle;
+}
+
 TQXControlSource::TQXControlSource()
 {
     TQXControlSource::EventClear();
@@ -277,8 +286,8 @@ std::unique_ptr<TQXPropertyItem> TQXControlSource::NewProperty(const QString& Na
     // matches here; after a wrap, ids still in use in this source are skipped.
     TQXPropertyHandle handle = 0;
     do {
-        handle = GLastPropertyHandle.fetch_add(1, std::memory_order_relaxed) + 1;
-    } while (handle == 0 || FindProperty(handle) != nullptr);
+        handle = NewPropertyHandle();
+    } while (FindProperty(handle) != nullptr);
     auto item = std::make_unique<TQXPropertyItem>(handle);
     item->FName = Name;
     return item;

@@ -22,6 +22,11 @@ extern QXBASE_EXPORT bool DoDebug;
 // resolve; the registry itself never reads it.
 extern QXBASE_EXPORT bool DisableProperyDelete;
 
+// A new process-unique property handle, never 0. Control sources and other owners of property
+// items (modules) draw from this one 32-bit counter, so until it wraps a handle of one owner
+// never names an item of another. Thread-safe.
+QXBASE_EXPORT TQXPropertyHandle NewPropertyHandle() noexcept;
+
 // A provider of named properties and events. Listeners attach through TQXEventLink.
 //
 // Handles are process-unique ids looked up in this source's own list: a handle that is 0,
