@@ -7,6 +7,7 @@ WERROR    ?= OFF
 SANITIZE  ?= OFF
 JOBS      ?= $(shell nproc)
 CTEST_ARGS ?=
+CMAKE_ARGS ?=
 
 DEB_PACKAGES := cmake ninja-build g++ make pkg-config \
 	qt6-base-dev qt6-serialport-dev libgl-dev \
@@ -31,7 +32,7 @@ deps:
 
 configure: deps
 	cmake -S . -B $(BUILD) -G Ninja -DCMAKE_BUILD_TYPE=$(BUILDTYPE) \
-	  -DQXBASE_WERROR=$(WERROR) -DQXBASE_SANITIZE=$(SANITIZE)
+	  -DQXBASE_WERROR=$(WERROR) -DQXBASE_SANITIZE=$(SANITIZE) $(CMAKE_ARGS)
 
 build: configure
 	cmake --build $(BUILD) -j $(JOBS)
@@ -48,4 +49,4 @@ bench: deps
 	@for b in build-bench/bench/qxbase_bench_*; do [ -x "$$b" ] && "$$b" || exit 1; done
 
 clean:
-	rm -rf build build-asan build-bench
+	rm -rf build build-asan build-tsan build-bench
