@@ -19,21 +19,16 @@ TEST(BlockBuffer, BuffersAreAlignedAndWritableToTheLastSample)
     }
 }
 
-TEST(BlockBuffer, EmptyAndAbsurdCounts)
+TEST(BlockBuffer, EmptyAndAbsurdCountsAndFreeingAnArray)
 {
     EXPECT_EQ(AllocBlockBuffer(0), nullptr);
     EXPECT_EQ(AllocBlockBuffer(-5), nullptr);
-    FreeBlockBuffer(nullptr);
-    const TRVDataDouble block = NewDataDouble(-1);
-    EXPECT_TRUE(block.data == nullptr && block.count == 0);
     EXPECT_THROW(AllocBlockBuffer(MaxBlockSamples + 1), ERangeError);
     EXPECT_THROW(NewDataDouble(std::numeric_limits<std::int32_t>::max()), ERangeError);
-}
 
-TEST(BlockBuffer, FreeingAnArrayEmptiesEveryBlockAndKeepsTheLength)
-{
-    TRVDataDoubleArray blocks{NewDataDouble(16), TRVDataDouble{}, NewDataDouble(1)};
+    TRVDataDoubleArray blocks{NewDataDouble(16), NewDataDouble(-1), NewDataDouble(1)};
     EXPECT_EQ(blocks[0].count, 16);
+    EXPECT_TRUE(blocks[1].data == nullptr && blocks[1].count == 0);
     FreeDataDoubleArray(blocks);
     ASSERT_EQ(blocks.size(), 3u);
     for (const TRVDataDouble& b : blocks) EXPECT_TRUE(b.data == nullptr && b.count == 0);

@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <QLocale>
@@ -8,9 +9,10 @@
 
 #include "qxbase/framework/exception.h"
 #include "qxbase/measure/shortdef_text.h"
-#include "tests/measure/qstring_printer.h"
+#include "tests/framework/print_qstring.h"
 
 using namespace qx;
+using ::testing::ThrowsMessage;
 
 namespace {
 
@@ -22,15 +24,8 @@ struct Values {
 
 TRVShortdef MakeDef(std::int32_t no, std::uint64_t first, std::uint32_t flags, TColor color)
 {
-    return {.ChannelNo = no,
-            .XStart = -0.25,
-            .XEnd = 1.5e-9,
-            .FirstSample = first,
-            .Flags = flags,
-            .Color = color,
-            .YMin = -NoValueMarker,
-            .YMax = 123456.789,
-            .Handle = 42};
+    return {.ChannelNo = no, .XStart = -0.25, .XEnd = 1.5e-9, .FirstSample = first, .Flags = flags,
+            .Color = color, .YMin = -NoValueMarker, .YMax = 123456.789, .Handle = 42};
 }
 
 // Restores Qt's default and the C runtime's locale when a test ends, however it ends.
@@ -46,21 +41,29 @@ struct LocaleGuard {
 
 }  // namespace
 
-TEST(ShortdefText, WritesTheEightFieldsAndReadsThemBack)
+TEST(ShortdefText, WritesTheEightFieldsAndReadsRunsOfSpacedFieldsBack)
 {
+    // Field 4 is value5 * 2^32 + value4.
     const QString text = CreateShortDef(3, 0.5, 1e-3, 5, 1, 7, 2, -1.25, -4);
     EXPECT_EQ(text, "3 0.5 0.001 4294967301 7 2 -1.25 -4");
     Values v;
     v.Parse(text);
     EXPECT_EQ(std::tuple(v.v1, v.v4, v.v5, v.v6, v.v9), std::tuple(3, 5, 1, 7, -4));
     EXPECT_EQ(std::tuple(v.v2, v.v3, v.v7, v.v8), std::tuple(0.5, 1e-3, 2.0, -1.25));
+
+    v.Parse("   1  2.5   3 4 5 6 7 8 and more");
+    EXPECT_EQ(std::tuple(v.v1, v.v3, v.v9), std::tuple(1, 3.0, 8));
+    v.Parse("1 INF -INF 0x10 $F NAN 1E300 -0");
+    EXPECT_TRUE(std::isinf(v.v3) && v.v3 < 0 && std::isnan(v.v7));
+    EXPECT_EQ(std::tuple(v.v4, v.v6, v.v9), std::tuple(16, 15, 0));
+    v.Parse("-1 0 0 -2 -1 0 0 0");  // negative texts are the signed reading of the same bits
+    EXPECT_EQ(std::tuple(v.v1, v.v4, v.v5, v.v6), std::tuple(-1, -2, -1, -1));
 }
 
 TEST(ShortdefText, RecordSurvivesTheRoundTripExceptItsHandle)
 {
-    for (const TRVShortdef& def :
-         {MakeDef(0, 0, 0, 0), MakeDef(7, 4294967301ull, 0x3FF, clSystemColor | 5),
-          MakeDef(-1, ~0ull, 0xFFFFFFFFu, clNone), MakeDef(9, 1ull << 63, 0x12, clRed)}) {
+    for (const TRVShortdef& def : {MakeDef(0, 0, 0, 0), MakeDef(7, 4294967301ull, 0x3FF, clSystemColor | 5),
+                                   MakeDef(-1, ~0ull, 0xFFFFFFFFu, clNone), MakeDef(9, 1ull << 63, 0x12, clRed)}) {
         const QString text = CreateShortDef(def);
         TRVShortdef back;
         back.Handle = 99;
@@ -74,47 +77,27 @@ TEST(ShortdefText, RecordSurvivesTheRoundTripExceptItsHandle)
               "4294967295 -0.25 1.5E-9 18446744073709551615 4294967295 -1.7E30 123456.789 0");
 }
 
-TEST(ShortdefText, FieldsAreSplitAtRunsOfSpacesAndTrailingTextIsIgnored)
+TEST(ShortdefText, BadTextRaisesNamingTheFieldAndChangesNothing)
 {
-    Values v;
-    v.Parse("   1  2.5   3 4 5 6 7 8 and more");
-    EXPECT_EQ(std::tuple(v.v1, v.v3, v.v9), std::tuple(1, 3.0, 8));
-    v.Parse("1 INF -INF 0x10 $F NAN 1E300 -0");
-    EXPECT_TRUE(std::isinf(v.v3) && v.v3 < 0 && std::isnan(v.v7));
-    EXPECT_EQ(std::tuple(v.v4, v.v6, v.v9), std::tuple(16, 15, 0));
-    v.Parse("-1 0 0 -2 -1 0 0 0");  // negative texts are the signed reading of the same bits
-    EXPECT_EQ(std::tuple(v.v1, v.v4, v.v5, v.v6), std::tuple(-1, -2, -1, -1));
-}
-
-class ShortdefBadText : public ::testing::TestWithParam<std::pair<const char*, int>> {};
-
-TEST_P(ShortdefBadText, RaisesConvertErrorNamingTheFieldAndChangesNothing)
-{
-    const QString text = QString::fromUtf8(GetParam().first);
-    Values v;
-    try {
-        v.Parse(text);
-        ADD_FAILURE() << "no error";
-    } catch (const EConvertError& e) {
-        EXPECT_TRUE(e.Message().contains(QStringLiteral("field %1 ").arg(GetParam().second)))
-            << e.what();
+    const std::pair<const char*, int> rows[] = {
+        {"", 1}, {"1 2 3 4 5 6 7", 8}, {"1 2,5 3 4 5 6 7 8", 2}, {"1 2 3 4.0 5 6 7 8", 4},
+        {"4294967296 2 3 4 5 6 7 8", 1}, {"-2147483649 2 3 4 5 6 7 8", 1}, {"1 2 3 4 4294967296 6 7 8", 5},
+        {"1 2 3 18446744073709551616 5 6 7 8", 4}, {"1 2 3 4 5 6 7 2147483648", 8},
+        {"1 2 3 4 5 6 1E999 8", 7}, {"1\t2 3 4 5 6 7 8 9", 1}};
+    for (const auto& [text, field] : rows) {
+        Values v;
+        const std::string where = QStringLiteral(" in field %1 of").arg(field).toStdString();
+        EXPECT_THAT([&] { v.Parse(text); }, ThrowsMessage<EConvertError>(::testing::HasSubstr(where))) << text;
+        EXPECT_TRUE(v.v1 == 11 && v.v2 == 11 && v.v9 == 11) << text;
+        TRVShortdef def = MakeDef(5, 6, 7, 8);
+        EXPECT_THROW(ParseShortItemDef(text, def), EConvertError) << text;
+        EXPECT_EQ(def, MakeDef(5, 6, 7, 8)) << text;
     }
-    EXPECT_TRUE(v.v1 == 11 && v.v2 == 11 && v.v9 == 11);
-    TRVShortdef def = MakeDef(5, 6, 7, 8);
-    EXPECT_THROW(ParseShortItemDef(text, def), EConvertError);
-    EXPECT_EQ(def, MakeDef(5, 6, 7, 8));
+    TRVShortdef def;
+    EXPECT_THAT([&] { ParseShortItemDef("1 2,5 3 4 5 6 7 8", def); },
+                ThrowsMessage<EConvertError>(::testing::StrEq("'2,5' is not a valid floating point value in field 2 "
+                                                              "of the channel definition \"1 2,5 3 4 5 6 7 8\"")));
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, ShortdefBadText,
-    ::testing::Values(std::pair{"", 1}, std::pair{"1 2 3 4 5 6 7", 8},
-                      std::pair{"1 2,5 3 4 5 6 7 8", 2}, std::pair{"1 2 3 4.0 5 6 7 8", 4},
-                      std::pair{"4294967296 2 3 4 5 6 7 8", 1},
-                      std::pair{"-2147483649 2 3 4 5 6 7 8", 1},
-                      std::pair{"1 2 3 4 4294967296 6 7 8", 5},
-                      std::pair{"1 2 3 18446744073709551616 5 6 7 8", 4},
-                      std::pair{"1 2 3 4 5 6 7 2147483648", 8},
-                      std::pair{"1 2 3 4 5 6 1E999 8", 7}, std::pair{"1\t2 3 4 5 6 7 8 9", 1}));
 
 // A German locale, in Qt and (where installed) in the C runtime, must not bring in ",".
 TEST(ShortdefText, IgnoresTheLocale)
