@@ -11,7 +11,7 @@
 
 #include "qxbase/framework/exception.h"
 #include "qxbase/measure/timer_thread.h"
-#include "tests/measure/qstring_printer.h"
+#include "tests/framework/print_qstring.h"
 
 using namespace qx;
 using namespace std::chrono_literals;
