@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <cstdio>
 
+#include "qxbase/config/thermocouple.h"
 #include "qxbase/control/debug_event_source.h"
 #include "qxbase/control/event_link.h"
 #include "qxbase/framework/number_text.h"
@@ -62,6 +63,10 @@ int main(int argc, char** argv)
     Check(level == 0.75, "property write through the callback");
     Check(traces == QStringList{QStringList{"1", "---", "Level meter", "Level", "0.75"}.join(QChar(8))},
           "debug trace of the write");
+
+    qx::TThermoErrorStates state = qx::tesHighViolation;
+    const double t = qx::DoLinearization(qx::tctK, 0.0, state);
+    Check(state == qx::tesOk && t == 0.0, "thermocouple linearization");
 
     return failures == 0 ? 0 : 1;
 }
