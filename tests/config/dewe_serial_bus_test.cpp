@@ -1,0 +1,211 @@
+#include <gtest/gtest.h>
+
+#include <QElapsedTimer>
+#include <memory>
+#include <tuple>
+
+#include "qxbase/config/dewe_bus_simulator.h"
+#include "qxbase/config/dewe_modules.h"
+#include "qxbase/config/dewe_protocol.h"
+#include "qxbase/config/dewe_scan.h"
+#include "tests/framework/print_qstring.h"
+
+using namespace qx;
+
+namespace {
+
+constexpr int Port = 7;
+
+// Points "COM7" at a device while it lives.
+class ComPortGuard {
+public:
+    explicit ComPortGuard(const QString& device) { qputenv(FName.constData(), device.toLocal8Bit()); }
+    ~ComPortGuard() { qunsetenv(FName.constData()); }
+
+private:
+    QByteArray FName = "QX_COM" + QByteArray::number(Port);
+};
+
+using Found = std::tuple<int, QString, QString, QString, bool, int>;
+
+std::vector<Found> Describe(const TDeweScanResult& result)
+{
+    std::vector<Found> found;
+    for (const TDeweModuleSummary& m : result.Modules)
+        found.emplace_back(m.Address, m.ModuleTypeText, m.InputRangeText, m.FilterRangeText, m.Remote, m.ChannelCount);
+    return found;
+}
+
+// Both searches on a line where nothing answers: every read runs to its time-out.
+constexpr qint64 SilentSearchesLowerBound = 2 * (DeweMaxAddress + 1) * DeweLineSettings.ReadTimeout * 9 / 10;
+// ... and where also every write takes its whole time-out: flush, then write, wait and read
+// per address, twice.
+constexpr qint64 SilentSearchesUpperBound =
+    2 * (DeweLineSettings.ReadTimeout +
+         (DeweMaxAddress + 1) * (DeweLineSettings.WriteTimeout + 20 + DeweLineSettings.ReadTimeout));
+
+}  // namespace
+
+TEST(DeweSerialBus, ComPortNumbersMapToDevices)
+{
+    qunsetenv("QX_COM7");
+    EXPECT_EQ(ComPortDevice(1), "/dev/ttyS0");
+    EXPECT_EQ(ComPortDevice(12), "/dev/ttyS11");
+    EXPECT_EQ(ComPortDevice(0), "");
+    THVKDeweModules modules;
+    {
+        ComPortGuard com("/nonexistent/tty");
+        EXPECT_FALSE(modules.OpenComm(Port));
+    }
+    {
+        ComPortGuard com("/dev/null");  // not a terminal
+        EXPECT_FALSE(modules.OpenComm(Port));
+    }
+    TDeweBusSimulator bus;
+    EXPECT_THROW(bus.AddDAQPModule(33, 0, 0, 0, false), EDeweBusSimulatorError);
+    ComPortGuard com(bus.GetDevicePath());
+    EXPECT_EQ(ComPortDevice(Port), bus.GetDevicePath());
+    ASSERT_TRUE(modules.OpenComm(Port));
+    ASSERT_TRUE(modules.OpenComm(Port));  // the port held so far is closed first
+    EXPECT_TRUE(modules.GetPortOpen());
+    EXPECT_EQ(bus.GetReceived(), "\r\r\r\r");
+    EXPECT_FALSE(modules.OpenComm(0));
+    EXPECT_FALSE(modules.GetPortOpen());
+}
+
+TEST(DeweSerialBus, ScanFindsTheModulesThatAnswerWell)
+{
+    TDeweBusSimulator bus;
+    bus.PopulateDemoBus();
+    bus.AddDAQPModule(3, 0x00, 0x00, 0x00, false);
+    bus.SetFault(3, dsfShortReply);
+    bus.AddDAQPModule(6, 0x00, 0x00, 0x00, false);
+    bus.SetFault(6, dsfGarbage);
+    bus.AddDAQPModule(7, 0x04, 0x00, 0x04, false);
+    bus.SetFault(7, dsfSplitReply);
+    bus.AddDAQPModule(9, 0x03, 0x00, 0x00, false);  // unknown type
+    bus.AddDAQPModule(14, 0x06, 0x00, 0x00, true);
+    bus.SetFault(14, dsfLongReply);
+    bus.AddDAQPModule(15, 0x00, 0x00, 0x00, false);  // its reply comes after 14's surplus
+    bus.AddDAQPModule(17, 0x07, 0x01, 0x03, false);
+    bus.AddPADModule(22, "PAD-TH8", 0x0F, {});
+    bus.SetFault(22, dsfSilent, 1);  // vanishes between configuration and name
+    bus.AddPADModule(24, "PAD-V8", 0x08, {});
+    bus.SetFault(24, dsfGarbage);
+    bus.AddPADModule(26, "6013", 0x29, {});
+    bus.SetFault(26, dsfSplitReply);
+    bus.AddPADModule(28, "PAD-VTH8", 0x0F, {});
+    bus.AddPADModule(30, "PAD-V8", 0x08, {});
+    bus.SetFault(30, dsfShortReply);
+    bus.AddPADModule(32, "PAD-V8", 0x0D, {});
+    ComPortGuard com(bus.GetDevicePath());
+
+    const TDeweScanResult result = ScanDeweModules(Port);
+    ASSERT_TRUE(result.PortOpen);
+    const std::vector<Found> expected = {
+        {1, "DAQP-V", "10V", "1kHz", true, 0},
+        {2, "DAQP-Bridge", "1mV", "100Hz", false, 0},
+        {4, "DAQP-DMM", "10V", "20kHz", true, 0},
+        {5, "DAQP-Charge", "20dB", "10kHz", false, 0},
+        {7, "DAQP-DMM", "1000V", "10Hz", false, 0},
+        {8, "DAQP-Freq", "10 kHz", "1 kHz", false, 0},
+        {14, QStringLiteral("DAQP-µV"), "25mV", "20kHz", true, 0},
+        {17, "DAQP-TRG", "Range B", "30Hz", false, 0},
+        {10, "PAD-V8", "10V", "Unassigned", false, 8},
+        {12, "PAD-RTD3", QStringLiteral("Pt100 -100..100°C a=0.00385"), "Unassigned", false, 3},
+        {20, "PAD-VTH8", "CJC K", "Unassigned", false, 8},
+        {26, "PAD-RTD3", QStringLiteral("Ni120 0..100°C"), "Unassigned", false, 3},
+        {32, "PAD-V8", "20mA", "Unassigned", false, 8},
+    };
+    EXPECT_EQ(Describe(result), expected);
+    EXPECT_TRUE(ScanDeweModules(0).Modules.empty());
+}
+
+TEST(DeweSerialBus, SetCommandsAndChannelValuesReachTheModules)
+{
+    TDeweBusSimulator bus;
+    bus.PopulateDemoBus();
+    ComPortGuard com(bus.GetDevicePath());
+    THVKDeweModules modules;
+    ASSERT_TRUE(modules.OpenComm(Port));
+
+    ASSERT_TRUE(modules.AddModulePAD(12));
+    THVKDeweModule& rtd = *modules.GetModulePAD(0);
+    double value = 0;
+    EXPECT_TRUE(rtd.ReadPADChannel(2, value));
+    EXPECT_DOUBLE_EQ(value, -10.0);
+    bus.SetPADChannelText(12, 1, "+022,75");
+    bus.SetFault(12, dsfGarbage, 3, 1);  // the next reply only
+    EXPECT_TRUE(rtd.ReadPADChannel(1, value));
+    EXPECT_DOUBLE_EQ(value, 22.75);
+    EXPECT_FALSE(rtd.ReadPADChannel(3, value));
+
+    ASSERT_TRUE(modules.AddModule(1));
+    ASSERT_TRUE(modules.AddModule(5));
+    ASSERT_TRUE(modules.AddModule(8));
+    THVKDeweModule& volts = *modules.GetModule(0);
+    THVKDeweModule& charge = *modules.GetModule(1);
+    THVKDeweModule& frequency = *modules.GetModule(2);
+    volts.SetNextInputRange();
+    volts.SetPreviousFilterRange();
+    volts.SetRemote(false);
+    charge.SetFilterRange(firCHARGE1kHz);
+    charge.SetRemote(true);
+    frequency.SetInputRange(dirFREQ100Hz);
+    auto state = [&](int address) {
+        const TDeweSimDAQPState s = bus.GetDAQPState(address).value();
+        return std::tuple(s.InputCode, s.FilterCode, s.Remote);
+    };
+    EXPECT_EQ(state(1), std::tuple(0x00, 0x03, false));
+    EXPECT_EQ(state(5), std::tuple(0x01, 0x0F, true));
+    EXPECT_EQ(state(8), std::tuple(0x05, 0x04, false));
+    EXPECT_EQ(std::tuple(volts.GetInputRange(), volts.GetFilterRange(), volts.GetRemote()),
+              std::tuple(dirV50V, firV100Hz, false));
+    EXPECT_TRUE(bus.GetReceived().contains("##05010F01990\r##05010F01991\r"));
+
+    // A module that stops answering keeps what it had.
+    bus.SetFault(1, dsfSilent);
+    EXPECT_FALSE(volts.UpdateConfiguration(dirV1V, firV10Hz, true));
+    EXPECT_EQ(volts.GetInputRange(), dirV50V);
+    EXPECT_EQ(state(1), std::tuple(0x00, 0x03, false));
+}
+
+TEST(DeweSerialBus, SilentLineScanEndsWithinItsTimeOuts)
+{
+    TDeweBusSimulator bus;
+    ComPortGuard com(bus.GetDevicePath());
+    THVKDeweModules modules;
+    ASSERT_TRUE(modules.OpenComm(Port));
+    QElapsedTimer clock;
+    clock.start();
+    modules.FindModules();
+    modules.FindPADModules();
+    const qint64 elapsed = clock.elapsed();
+    EXPECT_EQ(modules.GetModuleCount() + modules.GetModuleCountPAD(), 0);
+    EXPECT_GE(elapsed, SilentSearchesLowerBound);
+    EXPECT_LE(elapsed, 2 * SilentSearchesUpperBound);
+    const QByteArray received = bus.GetReceived();
+    EXPECT_TRUE(received.contains("??00\r??01\r") && received.contains("??20\r$002\r$012\r"));
+    EXPECT_TRUE(received.endsWith("$202\r"));
+    EXPECT_FALSE(received.contains('M'));
+}
+
+TEST(DeweSerialBus, AVanishedBusNeverHangsTheDriver)
+{
+    auto bus = std::make_unique<TDeweBusSimulator>();
+    bus->PopulateDemoBus();
+    ComPortGuard com(bus->GetDevicePath());
+    THVKDeweModules modules;
+    ASSERT_TRUE(modules.OpenComm(Port));
+    ASSERT_TRUE(modules.AddModule(1));
+    THVKDeweModule& module = *modules.GetModule(0);
+    bus.reset();
+    QElapsedTimer clock;
+    clock.start();
+    EXPECT_FALSE(module.UpdateConfiguration(dirV1V, firV10Hz, true));
+    EXPECT_FALSE(modules.AddModulePAD(10));
+    modules.FindModules();
+    modules.FindPADModules();
+    EXPECT_EQ(modules.GetModuleCount() + modules.GetModuleCountPAD(), 0);
+    EXPECT_LE(clock.elapsed(), 2 * SilentSearchesUpperBound);
+}
