@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <ostream>
+#include <vector>
 
 #include "qxbase/control/control_source.h"
 #include "qxbase/control/debug_event_source.h"
@@ -30,6 +31,22 @@ inline std::unique_ptr<TQXEventLink> LoggingLink(QStringList& Log, const QString
     return link;
 }
 
+// A source with Count logging links tagged "A", "B", ... attached in that order.
+struct TLinkedSource {
+    explicit TLinkedSource(int Count)
+    {
+        for (int i = 0; i < Count; ++i) {
+            Links.push_back(LoggingLink(Log, QString(QChar('A' + i))));
+            Links.back()->SetEventSource(Source.get());
+        }
+    }
+    TQXEventLink& Link(int i) { return *Links[static_cast<std::size_t>(i)]; }
+
+    QStringList Log;
+    std::unique_ptr<TQXControlSource> Source = std::make_unique<TQXControlSource>();
+    std::vector<std::unique_ptr<TQXEventLink>> Links;
+};
+
 // Listens to the debug event source as the debug viewer does (DoDebug is on while it lives) and
 // keeps every trace line split into its fields.
 struct TDebugViewer {
@@ -44,43 +61,27 @@ struct TDebugViewer {
     QList<QStringList> Lines;
 };
 
-// A property value that lives in the test, as it would live in a panel.
-struct TValueHolder {
-    Variant Value;
-    int Writes = 0;
-    TQXPropertyGetSet Callback()
-    {
-        return [this](TQXPropertyItem*, bool get, bool, Variant& value) -> HRESULT {
-            if (get) value = Value;
-            else {
-                ++Writes;
-                Value = value;
-            }
-            return S_OK;
-        };
-    }
-};
-
-// Registers a plain integer property and hands back its handle.
-inline TQXPropertyHandle AddPlain(TQXControlSource& Source, const QString& Name,
-                                  TQXPropertyGetSet GetSet = {}, const QString& Description = {})
+inline TQXPropertyGetSet CountWrites(int& Writes)
 {
-    Source.RegisterProperty(Description.isEmpty() ? Name + " text" : Description, Name,
-                            std::move(GetSet), varInteger, "int", true, -1, 1, 0);
+    return [&Writes](TQXPropertyItem*, bool get, bool, Variant&) -> HRESULT {
+        Writes += get ? 0 : 1;
+        return S_OK;
+    };
+}
+
+// Registers an integer property, or an enumeration when Choices is given; returns its handle.
+inline TQXPropertyHandle AddProperty(TQXControlSource& Source, const QString& Name,
+                                     TQXPropertyGetSet GetSet = {}, const QString& Description = {},
+                                     const Variant& Choices = Variant::Null())
+{
+    const QString text = Description.isEmpty() ? Name + " text" : Description;
+    if (Choices.IsNull())
+        Source.RegisterProperty(text, Name, std::move(GetSet), varInteger, "int", true, -1, 1, 0);
+    else
+        Source.RegisterProperty(text, Name, std::move(GetSet), varDouble, Choices, 3);
     TQXPropertyHandle h = 0;
     Source.GetPropertyHandle(Name, h);
     return h;
-}
-
-// The message of the EQXControlSourceException that F raises, or "<none>".
-inline QString ExceptionMessage(const std::function<void()>& F)
-{
-    try {
-        F();
-    } catch (const EQXControlSourceException& e) {
-        return e.Message();
-    }
-    return "<none>";
 }
 
 inline Variant StringArray(int Low, const QStringList& Texts)

@@ -109,7 +109,7 @@ TEST(RVModule, PropertiesGetProcessUniqueHandlesAndOnlyEnumerationsKeepChoices)
     EXPECT_TRUE(gain->FReadOnly);
 
     TQXControlSource source;
-    const TQXPropertyHandle other = AddPlain(source, "Range");
+    const TQXPropertyHandle other = AddProperty(source, "Range");
     EXPECT_NE(range->GetHandle(), 0u);
     EXPECT_NE(range->GetHandle(), gain->GetHandle());
     EXPECT_TRUE(other != range->GetHandle() && other != gain->GetHandle());
@@ -141,7 +141,7 @@ TEST(RVModule, WritesGoThroughTheSetterAndRevertWhenRefusedOrFailing)
         return item->FGetSet(nullptr, false, false, v);
     };
     TQXControlSource source;
-    ASSERT_TRUE(source.SetPropertyValue(nullptr, AddPlain(source, "Gain", item->FGetSet), Variant(3.0)));
+    ASSERT_TRUE(source.SetPropertyValue(nullptr, AddProperty(source, "Gain", item->FGetSet), Variant(3.0)));
     EXPECT_EQ(seen, Variant(3.0));
     accept = false;
     EXPECT_EQ(write(4.0), E_FAIL);
