@@ -6,6 +6,7 @@
 #include "qxbase/config/dewe_bus_simulator.h"
 #include "qxbase/framework/exception.h"
 #include "qxbase/framework/number_text.h"
+#include "qxbase/framework/serial_line.h"
 
 namespace qxsheet {
 namespace {
@@ -25,7 +26,7 @@ void PrintScanResult(QTextStream& out, int portNumber, const qx::TDeweScanResult
     out << "COM" << portNumber << ": " << result.Modules.size() << " module(s) found" << Qt::endl;
     for (const qx::TDeweModuleSummary& m : result.Modules) {
         out << "  address " << QString::number(m.Address).rightJustified(2) << "  "
-            << (m.IsPAD ? "PAD " : "DAQP") << "  " << m.ModuleTypeText.leftJustified(10)
+            << (m.IsPAD ? "PAD " : "DAQP") << "  " << m.ModuleTypeText.leftJustified(11)
             << " range " << (m.InputRangeText.isEmpty() ? QStringLiteral("-") : m.InputRangeText);
         if (!m.IsPAD)
             out << ", filter "

@@ -1,0 +1,69 @@
+#include <gtest/gtest.h>
+
+#include <QString>
+#include <QTextStream>
+
+#include "apps/qxsheet/command_line.h"
+#include "apps/qxsheet/module_scan_demo.h"
+
+namespace {
+
+using qxsheet::ParseCommandLine;
+using qxsheet::TCommand;
+
+TEST(CommandLine, ChoosesDemoScanOrHelp)
+{
+    EXPECT_EQ(ParseCommandLine({}).Kind, TCommand::cmdDemo);
+    EXPECT_EQ(ParseCommandLine({"--help"}).Kind, TCommand::cmdHelp);
+    const TCommand scan = ParseCommandLine({"scan", "--port", "7"});
+    EXPECT_EQ(scan.Kind, TCommand::cmdScan);
+    EXPECT_EQ(scan.Port, 7);
+}
+
+TEST(CommandLine, RefusesBadArgumentsWithAReason)
+{
+    struct Row {
+        QStringList args;
+        const char* error;
+    };
+    const Row rows[] = {
+        {{"scna"}, "unknown command \"scna\""},
+        {{"scan"}, "scan needs --port N"},
+        {{"scan", "--port"}, "scan needs --port N"},
+        {{"scan", "-p", "3"}, "scan needs --port N"},
+        {{"scan", "--port", "0"}, "port must be a number from 1 to 255, not \"0\""},
+        {{"scan", "--port", "256"}, "port must be a number from 1 to 255, not \"256\""},
+        {{"scan", "--port", "COM3"}, "port must be a number from 1 to 255, not \"COM3\""},
+    };
+    for (const Row& row : rows) {
+        const TCommand command = ParseCommandLine(row.args);
+        EXPECT_EQ(command.Kind, TCommand::cmdError) << row.error;
+        EXPECT_EQ(command.Error, QString::fromUtf8(row.error));
+    }
+}
+
+TEST(ModuleScan, APortThatDoesNotOpenIsReportedNotScanned)
+{
+    qputenv("QX_COM77", "/nonexistent/qxsheet-test-port");
+    QString text;
+    QTextStream out(&text);
+    EXPECT_EQ(qxsheet::RunModuleScan(out, 77), 1);
+    out.flush();
+    EXPECT_TRUE(text.contains("COM77 (/nonexistent/qxsheet-test-port) did not open")) << text.toStdString();
+    qunsetenv("QX_COM77");
+}
+
+// The demo's own bus: every module the simulator places is found through the real serial code.
+TEST(ModuleScan, TheSimulatedBusShowsEveryModule)
+{
+    QString text;
+    QTextStream out(&text);
+    qxsheet::ShowSimulatedBusScan(out);
+    out.flush();
+    EXPECT_TRUE(text.contains("COM64: 8 module(s) found")) << text.toStdString();
+    EXPECT_TRUE(text.contains("address  1  DAQP  DAQP-V      range 10V, filter 1kHz, remote"));
+    EXPECT_TRUE(text.contains("address 20  PAD   PAD-VTH8    range CJC K, 8 channels"));
+    EXPECT_FALSE(qEnvironmentVariableIsSet("QX_COM64"));
+}
+
+}  // namespace
