@@ -38,4 +38,17 @@ public:
     using Exception::Exception;
 };
 
+// A worksheet stream that cannot be written or read: wrong value type, missing or unknown
+// entries, running past the end. The message names the place (component, property, item).
+class QXBASE_EXPORT EStreamError : public Exception {
+public:
+    using Exception::Exception;
+};
+
+// A class name the streaming registry does not know.
+class QXBASE_EXPORT EClassNotFound : public EStreamError {
+public:
+    using EStreamError::EStreamError;
+};
+
 }  // namespace qx

@@ -1,0 +1,57 @@
+#include "qxbase/framework/stream_registry.h"
+
+#include <map>
+
+namespace qx {
+
+namespace {
+
+// Node-based map: descriptor addresses stay valid while other classes come and go.
+std::map<QString, TStreamClassDescriptor>& Registry()
+{
+    static std::map<QString, TStreamClassDescriptor> registry;
+    return registry;
+}
+
+}  // namespace
+
+void RegisterStreamClass(const QString& className, TStreamClassDescriptor descriptor)
+{
+    if (className.isEmpty())
+        throw EStreamError(QStringLiteral("A stream class needs a name"));
+    if (!descriptor.Factory)
+        throw EStreamError(QStringLiteral("Class %1 has no factory").arg(className));
+    if (!Registry().try_emplace(className, std::move(descriptor)).second)
+        throw EStreamError(QStringLiteral("A class named %1 already exists").arg(className));
+}
+
+bool UnregisterStreamClass(const QString& className) { return Registry().erase(className) > 0; }
+
+const TStreamClassDescriptor* FindStreamClass(const QString& className)
+{
+    const auto it = Registry().find(className);
+    return it == Registry().end() ? nullptr : &it->second;
+}
+
+const TStreamClassDescriptor& GetStreamClass(const QString& className)
+{
+    const TStreamClassDescriptor* descriptor = FindStreamClass(className);
+    if (descriptor == nullptr)
+        throw EClassNotFound(QStringLiteral("Class %1 not found").arg(className));
+    return *descriptor;
+}
+
+std::unique_ptr<QObject> CreateStreamComponent(const QString& className, QObject* parent)
+{
+    // Copy the factory: it may register or unregister classes while it runs.
+    const TStreamClassFactory factory = GetStreamClass(className).Factory;
+    std::unique_ptr<QObject> component = factory(parent);
+    if (!component)
+        throw EStreamError(QStringLiteral("The factory of class %1 created nothing").arg(className));
+    if (QLatin1String(component->metaObject()->className()) != className)
+        throw EStreamError(QStringLiteral("The factory of class %1 created a %2")
+                               .arg(className, QLatin1String(component->metaObject()->className())));
+    return component;
+}
+
+}  // namespace qx

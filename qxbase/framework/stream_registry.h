@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QWidget>
+#include <functional>
+#include <memory>
+#include <type_traits>
+
+#include "qxbase/framework/exception.h"
+#include "qxbase/framework/export.h"
+
+namespace qx {
+
+// Creates one component of a class, owned by the caller; `parent` may be null. A widget class
+// given a parent that is not a widget raises EStreamError.
+using TStreamClassFactory = std::function<std::unique_ptr<QObject>(QObject* parent)>;
+
+// What the streaming registry knows about a class. Further class-level data joins the factory.
+struct TStreamClassDescriptor {
+    TStreamClassFactory Factory;
+};
+
+// Registers a class under its name. Raises EStreamError ("A class named <name> already exists")
+// for a name already registered, and for an empty name or a missing factory.
+QXBASE_EXPORT void RegisterStreamClass(const QString& className, TStreamClassDescriptor descriptor);
+// Removes a class; returns false when it was not registered.
+QXBASE_EXPORT bool UnregisterStreamClass(const QString& className);
+// The descriptor of a class, or null when unknown. The pointer stays valid until the class is
+// unregistered.
+QXBASE_EXPORT const TStreamClassDescriptor* FindStreamClass(const QString& className);
+// As FindStreamClass, but raises EClassNotFound ("Class <name> not found") when unknown.
+QXBASE_EXPORT const TStreamClassDescriptor& GetStreamClass(const QString& className);
+// Creates a component of a registered class. Raises EClassNotFound for an unknown class and
+// EStreamError when the factory returns nothing or an object of another class.
+QXBASE_EXPORT std::unique_ptr<QObject> CreateStreamComponent(const QString& className, QObject* parent);
+
+// Registers T under its meta-object class name with a factory calling T(parent). T takes a
+// QWidget* parent when it is a widget, otherwise a QObject* parent.
+template <class T>
+void RegisterStreamClass()
+{
+    static_assert(std::is_base_of_v<QObject, T>, "stream classes are QObjects");
+    TStreamClassDescriptor descriptor;
+    descriptor.Factory = [](QObject* parent) -> std::unique_ptr<QObject> {
+        if constexpr (std::is_base_of_v<QWidget, T>) {
+            QWidget* widgetParent = qobject_cast<QWidget*>(parent);
+            if (parent != nullptr && widgetParent == nullptr)
+                throw EStreamError(QStringLiteral("Class %1 needs a widget as its parent")
+                                       .arg(QLatin1String(T::staticMetaObject.className())));
+            return std::make_unique<T>(widgetParent);
+        } else {
+            return std::make_unique<T>(parent);
+        }
+    };
+    RegisterStreamClass(QLatin1String(T::staticMetaObject.className()), std::move(descriptor));
+}
+
+}  // namespace qx
