@@ -329,17 +329,18 @@ QJsonObject WriteStoredProperties(const QObject& component)
 
 void ReadStoredProperties(QObject& component, const QJsonObject& json)
 {
+    // Unknown names first, so a file meant for another class changes nothing.
     QSet<QString> known;
-    ForEachStoredProperty(component.metaObject(), [&](const QMetaProperty& property) {
-        const QString name = QLatin1String(property.name());
-        known.insert(name);
-        const QJsonValue value = json.value(name);
-        if (!value.isUndefined())
-            JsonToProperty(component, property, value);
-    });
+    ForEachStoredProperty(component.metaObject(),
+                          [&](const QMetaProperty& property) { known.insert(QLatin1String(property.name())); });
     for (auto it = json.begin(); it != json.end(); ++it)
         if (!known.contains(it.key()))
             throw EStreamError(QStringLiteral("%1: unknown property \"%2\"").arg(ComponentPlace(component), it.key()));
+    ForEachStoredProperty(component.metaObject(), [&](const QMetaProperty& property) {
+        const QJsonValue value = json.value(QLatin1String(property.name()));
+        if (!value.isUndefined())
+            JsonToProperty(component, property, value);
+    });
 }
 
 QJsonObject WriteComponent(const QObject& component)

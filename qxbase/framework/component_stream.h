@@ -55,7 +55,8 @@ QXBASE_EXPORT void ReadStoredProperties(QObject& component, const QJsonObject& j
 // The component as {"class", "name", "properties", "defined"}. Raises EStreamError.
 QXBASE_EXPORT QJsonObject WriteComponent(const QObject& component);
 // Reads "properties" and "defined" into an existing component, without calling Loaded.
-// Keys other than the four are left to the caller. Raises EStreamError.
+// Keys other than the four are left to the caller. Raises EStreamError; the component may then
+// be partly read (ReadComponent destroys it, callers of this one decide).
 QXBASE_EXPORT void ReadComponentData(QObject& component, const QJsonObject& json);
 // Creates the component through the streaming registry as a child of `parent`, reads it and
 // calls Loaded. On any failure (EStreamError, EClassNotFound, or what Loaded raises) the

@@ -41,7 +41,7 @@ class TStreamGauge : public TCounted, public TStreamable {
     Q_PROPERTY(TMode Mode MEMBER FMode)
     Q_PROPERTY(int Scratch MEMBER FScratch STORED false)
 public:
-    enum TMode { gmOff, gmSlow, gmFast };
+    enum TMode : int { gmOff, gmSlow, gmFast };  // fixed type: the write test stores 9
     Q_ENUM(TMode)
 
     explicit TStreamGauge(QObject* parent = nullptr) : TCounted(parent) {}
