@@ -104,7 +104,7 @@ QByteArray DeweReplyString(const QByteArray& bytes)
 
 TIntModuleType DeweReplyClass(const QByteArray& reply)
 {
-    const QByteArray code = reply.mid(3, 2);
+    const QByteArray code = DeweReplyString(reply).mid(3, 2);
     if (code == "05") return _imtCharge;
     if (code == "08") return _imtFreq;
     return _imtStandard;

@@ -148,6 +148,13 @@ TEST(DeweTables, SpansTileTheRangeTablesAndCodesDecodeUniquely)
     EXPECT_EQ(std::tuple(DeweModuleInputRangeCode[dirNone], DeweModuleFilterRangeCode[firNone]), std::tuple(0xFF, 0xFF));
 }
 
+TEST(DeweReplyClass, CodeAtCharacters4And5OfTheReplyString)
+{
+    EXPECT_EQ(DeweReplyClass("!0105010F0\r"), _imtCharge);
+    // A NUL before them ends the reply, so there is no code to read.
+    EXPECT_EQ(DeweReplyClass(QByteArray("!0\0" "05010F0\r", 11)), _imtStandard);
+}
+
 TEST(DeweCommands, ValuesTheWireCannotCarryRaise)
 {
     EXPECT_EQ(PADChannelCommand(32, 15), "#20F\r");
