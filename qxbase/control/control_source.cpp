@@ -75,11 +75,12 @@ void TQXControlSource::GetPropertyList(Variant& List) const
     List = std::move(list);
 }
 
-bool TQXControlSource::GetPropertyHandle(const QString& Name, TQXPropertyHandle& Handle) const
+bool TQXControlSource::FindHandleBy(QString TQXPropertyItem::*Field, const QString& Text,
+                                    TQXPropertyHandle& Handle) const
 {
     Handle = 0;
     for (const auto& item : FProperties) {
-        if (item->FName == Name) {
+        if ((*item).*Field == Text) {
             Handle = item->GetHandle();
             return true;
         }
@@ -87,17 +88,15 @@ bool TQXControlSource::GetPropertyHandle(const QString& Name, TQXPropertyHandle&
     return false;
 }
 
+bool TQXControlSource::GetPropertyHandle(const QString& Name, TQXPropertyHandle& Handle) const
+{
+    return FindHandleBy(&TQXPropertyItem::FName, Name, Handle);
+}
+
 bool TQXControlSource::GetPropertyHandleFromDescription(const QString& Description,
                                                         TQXPropertyHandle& Handle) const
 {
-    Handle = 0;
-    for (const auto& item : FProperties) {
-        if (item->FDescription == Description) {
-            Handle = item->GetHandle();
-            return true;
-        }
-    }
-    return false;
+    return FindHandleBy(&TQXPropertyItem::FDescription, Description, Handle);
 }
 
 bool TQXControlSource::GetPropertyDescriptionFromHandle(TQXPropertyHandle Handle,

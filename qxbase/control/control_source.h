@@ -155,6 +155,9 @@ private:
     class TDelivery;
 
     TQXPropertyItem* FindProperty(TQXPropertyHandle Handle) const noexcept;
+    // The first property whose Field equals Text; handle 0 and false when none.
+    bool FindHandleBy(QString TQXPropertyItem::*Field, const QString& Text,
+                      TQXPropertyHandle& Handle) const;
     std::unique_ptr<TQXPropertyItem> NewProperty(const QString& Name, const QString& Message);
     QString TraceValueText(const TQXPropertyItem& Item, const Variant& Value) const;
     void DeliverForward(std::uint32_t Handle, TQXEventClass EventClass, const QString& Text);
