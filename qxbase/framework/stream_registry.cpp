@@ -41,6 +41,15 @@ const TStreamClassDescriptor& GetStreamClass(const QString& className)
     return *descriptor;
 }
 
+const TStreamClassDescriptor* FindStreamClassOf(const QObject& component)
+{
+    for (const QMetaObject* meta = component.metaObject(); meta != nullptr; meta = meta->superClass()) {
+        if (const TStreamClassDescriptor* descriptor = FindStreamClass(QLatin1String(meta->className())))
+            return descriptor;
+    }
+    return nullptr;
+}
+
 std::unique_ptr<QObject> CreateStreamComponent(const QString& className, QObject* parent)
 {
     // Copy the factory: it may register or unregister classes while it runs.

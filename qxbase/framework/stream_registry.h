@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QImage>
 #include <QObject>
 #include <QString>
 #include <QWidget>
@@ -16,9 +17,14 @@ namespace qx {
 // given a parent that is not a widget raises EStreamError.
 using TStreamClassFactory = std::function<std::unique_ptr<QObject>(QObject* parent)>;
 
-// What the streaming registry knows about a class. Further class-level data joins the factory.
+// What the streaming registry knows about a class: its factory and its class-level operations.
+// The operations are optional; the panel registries fill them from the class's static
+// GetDescription, GetClassIcon and GetDependencies.
 struct TStreamClassDescriptor {
     TStreamClassFactory Factory;
+    std::function<QString()> Description;
+    std::function<QImage()> ClassIcon;
+    std::function<QString()> Dependencies;
 };
 
 // Registers a class under its name. Raises EStreamError ("A class named <name> already exists")
@@ -35,10 +41,14 @@ QXBASE_EXPORT const TStreamClassDescriptor& GetStreamClass(const QString& classN
 // EStreamError when the factory returns nothing or an object of another class.
 QXBASE_EXPORT std::unique_ptr<QObject> CreateStreamComponent(const QString& className, QObject* parent);
 
-// Registers T under its meta-object class name with a factory calling T(parent). T takes a
+// As FindStreamClass for the class of `component`, or else for the nearest base class that is
+// registered; null when none is.
+QXBASE_EXPORT const TStreamClassDescriptor* FindStreamClassOf(const QObject& component);
+
+// The descriptor registered by RegisterStreamClass<T>(): a factory calling T(parent). T takes a
 // QWidget* parent when it is a widget, otherwise a QObject* parent.
 template <class T>
-void RegisterStreamClass()
+TStreamClassDescriptor MakeStreamClassDescriptor()
 {
     static_assert(std::is_base_of_v<QObject, T>, "stream classes are QObjects");
     TStreamClassDescriptor descriptor;
@@ -53,7 +63,14 @@ void RegisterStreamClass()
             return std::make_unique<T>(parent);
         }
     };
-    RegisterStreamClass(QLatin1String(T::staticMetaObject.className()), std::move(descriptor));
+    return descriptor;
+}
+
+// Registers T under its meta-object class name with MakeStreamClassDescriptor<T>().
+template <class T>
+void RegisterStreamClass()
+{
+    RegisterStreamClass(QLatin1String(T::staticMetaObject.className()), MakeStreamClassDescriptor<T>());
 }
 
 }  // namespace qx

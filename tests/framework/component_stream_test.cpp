@@ -227,7 +227,7 @@ TEST_F(ComponentStream, RegistryRefusesUnknownAndDuplicateClasses)
     EXPECT_EQ(panel->parent(), &page);
 
     // A factory that builds the wrong class would write files that load as something else.
-    RegisterStreamClass(QStringLiteral("TImpostor"), {[](QObject* parent) { return std::make_unique<TCounted>(parent); }});
+    RegisterStreamClass(QStringLiteral("TImpostor"), {.Factory = [](QObject* parent) { return std::make_unique<TCounted>(parent); }, .Description = {}, .ClassIcon = {}, .Dependencies = {}});
     EXPECT_THAT([&] { (void)CreateStreamComponent(QStringLiteral("TImpostor"), &FOwner); },
                 StreamErrorWith("The factory of class TImpostor created a TCounted"));
     EXPECT_TRUE(UnregisterStreamClass(QStringLiteral("TImpostor")));
