@@ -4,6 +4,7 @@
 #include <QPoint>
 #include <QPolygon>
 #include <QRect>
+#include <QRegion>
 #include <QString>
 #include <QWidget>
 #include <cstdint>
@@ -17,6 +18,7 @@
 #include "qxbase/framework/export.h"
 #include "qxbase/framework/shift_state.h"
 
+class QEvent;
 class QMenu;
 class QPainter;
 class QTimer;
@@ -112,6 +114,10 @@ public:
     void SetResizable(bool Value) { FResizable = Value; }
     bool GetRunTimeVisible() const { return FRunTimeVisible; }
     void SetRunTimeVisible(bool Value) { FRunTimeVisible = Value; }
+    // The panel's tooltip (and those its children leave to it) shows only while this is set;
+    // the panel sets it in the new look, at construction and in design mode.
+    bool GetShowHint() const { return FShowHint; }
+    void SetShowHint(bool Value) { FShowHint = Value; }
     // The inherited border width E of the resize-area table; 0 by default.
     int GetBorderWidth() const { return FBorderWidth; }
     void SetBorderWidth(int Value) { FBorderWidth = Value; }
@@ -155,7 +161,12 @@ public:
     void EnableControlTree(QWidget* Control, bool Enabled);
 
     // Channel list; ChannelMode decides how it grows.
-    void SetChannelMode(std::uint8_t Mode) { FChannelMode = Mode; }
+    // Modes above 3 are ignored.
+    void SetChannelMode(std::uint8_t Mode)
+    {
+        if (Mode <= 3)
+            FChannelMode = Mode;
+    }
     void ChannelAdd(int Channel);
     void ChannelAddMultiple(const std::vector<int>& Channels);
     void ChannelClear();
@@ -170,6 +181,8 @@ public:
     // Fills `Points` with the frame polygon and returns the point count. Outside design mode it
     // uses the adjusted client rectangle and clears CutOutEnabled and CutOutDownEnabled.
     int GetPolyFrame(QPolygon& Points, bool ForRegion, int InsetY, int InsetX, bool Closed);
+    // The raised frame in `Rect` (the client rectangle when called from Paint), `Width` pixels
+    // thick, drawn as GetPolyFrame draws its polygon.
     void CutOutFrame3D(QPainter& Canvas, const QRect& Rect, TColor LightColor, TColor DarkColor,
                        int Width);
     bool IsInPopup(const QPoint& Point) const;
@@ -196,7 +209,9 @@ public:
     void DoToRepositoryItem();
     void DoHelpButtonItem();
     void DoDdlClickOnDesigneTime();
-    // One step of the selection blink; the timer calls it every 100 ms.
+    // One step of the selection blink; the timer calls it every 100 ms. A widget can only be
+    // drawn on from its paint event, so the step moves the blink level and schedules a repaint
+    // of the frame line, which paintEvent draws over Paint while the panel is selected.
     virtual void DoOnSelectionTimer();
 
 protected:
@@ -207,7 +222,10 @@ protected:
     virtual void MouseUp(TMouseButton Button, TShiftState Shift, int X, int Y);
     virtual void Resize();
     virtual void DoShow();
+    // Draws the selection frame in the current blink colours.
+    void DrawSelectionBlink(QPainter& Canvas);
 
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -250,6 +268,21 @@ protected:
     QTimer* FSelectionTimer = nullptr;  // child of the panel
     QMenu* FPopupMenu = nullptr;        // child of the panel
     bool FVisibilityGuard = false;
+    bool FShowHint = false;
+
+private:
+    int PolyFrameIn(const QRect& Client, QPolygon& Points, bool ForRegion, int InsetY, int InsetX,
+                    bool Closed);
+    void PaintClassic(QPainter& Canvas);
+    void PaintThemed(QPainter& Canvas);
+    void MoveStep(int X, int Y);
+    void ApplyVisibility(bool Visible);
+    void OpenPropertyPage();
+    void RepaintCaption();
+    void UpdateContentsMargins();
+    QRegion BlinkRegion();
+    HRESULT OnShowPropertypage(TQXPropertyItem* Handle, bool Get, bool Enum, Variant& Value);
+    HRESULT OnPanelEnable(TQXPropertyItem* Handle, bool Get, bool Enum, Variant& Value);
 };
 
 }  // namespace qx
