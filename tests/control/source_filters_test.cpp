@@ -2,8 +2,6 @@
 
 #include <QObject>
 #include <QStringList>
-#include <functional>
-#include <utility>
 
 #include "qxbase/control/source_filters.h"
 
@@ -11,130 +9,100 @@ using namespace qx;
 
 namespace {
 
-// Logs "<tag><operation>" for each call and answers as scripted.
-class TScriptedFilter : public TKSSourceFilterBase {
-public:
-    TScriptedFilter(QString tag, QStringList& log, int& alive) : FTag(std::move(tag)), FLog(log), FAlive(alive)
-    {
-        ++FAlive;
-    }
-    ~TScriptedFilter() override { --FAlive; }
+// Logs "<tag><operation><method>" and answers as scripted; on its first filter call it
+// registers Spawn more filters.
+struct TScriptedFilter : TKSSourceFilterBase {
+    TScriptedFilter(TKSSourceFilters& owner, QStringList& log, QString tag) : Owner(owner), Log(log), Tag(tag) {}
 
-    bool FilterSourceList(QStringList& Sources, bool& Handled, TKSDeviceExchangeMethod Method) override
+    bool FilterSourceList(QStringList&, bool& handled, TKSDeviceExchangeMethod method) override
     {
-        FLog << FTag + "F" + QString::number(Method);
-        if (OnFilter)
-            OnFilter();
-        Sources << FTag;
-        Handled = Handled || SetsHandled;
+        Log << Tag + "F" + QString::number(method);
+        for (; Spawn > 0; --Spawn)
+            Owner.RegisterFilter(std::make_unique<TScriptedFilter>(Owner, Log, "N"));
+        handled = handled || Handles;
         return Filters;
     }
-    bool RTCheckSources(const std::vector<QObject*>& Sources, TKSDeviceExchangeMethod Method) override
+    bool RTCheckSources(const std::vector<QObject*>&, TKSDeviceExchangeMethod method) override
     {
-        FLog << FTag + "R" + QString::number(Method) + ":" + QString::number(Sources.size());
+        Log << Tag + "R" + QString::number(method);
         return Checks;
     }
-    void GetContainedSources(const QStringList& Names, std::vector<QObject*>& Sources) override
+    void GetContainedSources(const QStringList&, std::vector<QObject*>& sources) override
     {
-        FLog << FTag + "G" + Names.join(',');
-        Sources.push_back(Contained);
+        Log << Tag + "G";
+        sources.push_back(nullptr);
     }
 
-    bool Filters = false;
-    bool SetsHandled = false;
-    bool Checks = false;
-    QObject* Contained = nullptr;
-    std::function<void()> OnFilter;
-
-private:
-    QString FTag;
-    QStringList& FLog;
-    int& FAlive;
+    TKSSourceFilters& Owner;
+    QStringList& Log;
+    QString Tag;
+    bool Filters = false, Handles = false, Checks = false;
+    int Spawn = 0;
 };
 
 class SourceFilterWalk : public ::testing::Test {
 protected:
     TScriptedFilter& Add(const QString& tag)
     {
-        auto filter = std::make_unique<TScriptedFilter>(tag, FLog, FAlive);
-        TScriptedFilter& result = *filter;
-        FFilters->RegisterFilter(std::move(filter));
-        return result;
+        auto filter = std::make_unique<TScriptedFilter>(FFilters, FLog, tag);
+        TScriptedFilter& added = *filter;
+        FFilters.RegisterFilter(std::move(filter));
+        return added;
+    }
+    bool Filter(bool& handled, TKSDeviceExchangeMethod method = sfmNeverExchange)
+    {
+        FLog.clear();
+        QStringList names;
+        handled = true;
+        return FFilters.FilterSource(names, handled, method);
     }
 
+    TKSSourceFilters FFilters;
     QStringList FLog;
-    int FAlive = 0;
-    std::unique_ptr<TKSSourceFilters> FFilters = std::make_unique<TKSSourceFilters>();
 };
-
-TEST_F(SourceFilterWalk, WithoutFiltersNothingIsFilteredOrChecked)
-{
-    QStringList names{QStringLiteral("AI 1")};
-    bool handled = true;
-    EXPECT_FALSE(FFilters->FilterSource(names, handled, sfmAlwaysEchange));
-    EXPECT_FALSE(handled);
-    EXPECT_EQ(names, QStringList{"AI 1"});
-    EXPECT_FALSE(FFilters->RTCheckSources({}, sfmNeverExchange));
-}
 
 TEST_F(SourceFilterWalk, FilteringStopsAtTheFirstFilterThatFiltersOrHandles)
 {
-    Add("A");
-    Add("B").Filters = true;
-    Add("C");
-    QStringList names;
     bool handled = true;
-    EXPECT_TRUE(FFilters->FilterSource(names, handled, sfmNeverExchange));
-    EXPECT_FALSE(handled);
-    EXPECT_EQ(FLog, QStringList({"AF1", "BF1"}));
-    EXPECT_EQ(names, QStringList({"A", "B"}));
+    EXPECT_FALSE(Filter(handled));
+    EXPECT_FALSE(handled) << "cleared even without filters";
 
-    // A filter that only handles ends the walk too, and the result stays false.
-    FLog.clear();
-    FFilters = std::make_unique<TKSSourceFilters>();
-    Add("A").SetsHandled = true;
-    Add("B").Filters = true;
-    EXPECT_FALSE(FFilters->FilterSource(names, handled, sfmExchangeIfPossible));
+    Add("A");
+    TScriptedFilter& b = Add("B");
+    b.Filters = true;
+    Add("C");
+    EXPECT_TRUE(Filter(handled, sfmAlwaysEchange));
+    EXPECT_FALSE(handled);
+    EXPECT_EQ(FLog, QStringList({"AF2", "BF2"}));
+
+    b.Filters = false;
+    b.Handles = true;
+    EXPECT_FALSE(Filter(handled));
     EXPECT_TRUE(handled);
-    EXPECT_EQ(FLog, QStringList({"AF0"}));
+    EXPECT_EQ(FLog, QStringList({"AF1", "BF1"}));
 }
 
 TEST_F(SourceFilterWalk, RunTimeCheckStopsAtTheFirstYesAndContainedAsksEveryone)
 {
-    QObject first;
-    QObject second;
-    Add("A").Contained = &first;
+    EXPECT_FALSE(FFilters.RTCheckSources({}, sfmNeverExchange));
+    Add("A");
     Add("B").Checks = true;
-    Add("C").Contained = &second;
-    EXPECT_TRUE(FFilters->RTCheckSources({&first, &second}, sfmAlwaysEchange));
-    EXPECT_EQ(FLog, QStringList({"AR2:2", "BR2:2"}));
-
-    FLog.clear();
-    std::vector<QObject*> sources{nullptr};
-    FFilters->GetContainedMeasureSources({"x", "y"}, sources);
-    EXPECT_EQ(FLog, QStringList({"AGx,y", "BGx,y", "CGx,y"}));
-    EXPECT_EQ(sources, (std::vector<QObject*>{nullptr, &first, nullptr, &second}));
+    Add("C");
+    EXPECT_TRUE(FFilters.RTCheckSources({}, sfmExchangeIfPossible));
+    std::vector<QObject*> sources(1);
+    FFilters.GetContainedMeasureSources({"x"}, sources);
+    EXPECT_EQ(FLog, QStringList({"AR0", "BR0", "AG", "BG", "CG"}));
+    EXPECT_EQ(sources.size(), 4u) << "appended, not replaced";
 }
 
-TEST_F(SourceFilterWalk, FilterRegisteredDuringAWalkIsAskedAndAllAreFreedWithTheList)
+TEST_F(SourceFilterWalk, FilterRegisteredDuringAWalkIsAsked)
 {
-    bool added = false;
-    Add("A").OnFilter = [&] {
-        if (std::exchange(added, true))
-            return;
-        for (int i = 0; i < 20; ++i)  // enough to move the list's storage
-            Add("N" + QString::number(i));
-    };
-    FFilters->RegisterFilter(nullptr);
-    QStringList names;
+    Add("A").Spawn = 20;  // enough to move the list's storage
+    FFilters.RegisterFilter(nullptr);
     bool handled = false;
-    EXPECT_FALSE(FFilters->FilterSource(names, handled, sfmNeverExchange));
-    EXPECT_EQ(FFilters->GetFilterCount(), 21);
+    EXPECT_FALSE(Filter(handled));
+    EXPECT_EQ(FFilters.GetFilterCount(), 21);
     EXPECT_EQ(FLog.size(), 21);
-    EXPECT_EQ(FLog.back(), "N19F1");
-
-    FFilters.reset();
-    EXPECT_EQ(FAlive, 0);
 }
 
 }  // namespace
