@@ -138,7 +138,7 @@ INSTANTIATE_TEST_SUITE_P(
                       ChannelRow{"SingleReplaces", 1, {5, 7, -1}, {7}},
                       ChannelRow{"TwoOverwriteTheSecond", 2, {5, 7, 9}, {5, 9}},
                       ChannelRow{"AnyKeepsDistinct", 3, {5, -1, 7, 5, 9}, {5, 7, 9}}),
-    [](const ::testing::TestParamInfo<ChannelRow>& info) { return std::string(info.param.name); });
+    [](const ::testing::TestParamInfo<ChannelRow>& row) { return std::string(row.param.name); });
 
 TEST(PanelChannelList, AddMultipleSkipsCapAndDuplicatesButNotTheMode)
 {

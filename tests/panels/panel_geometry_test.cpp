@@ -92,7 +92,7 @@ INSTANTIATE_TEST_SUITE_P(
                       // A narrow panel has no top corners: the top-right point falls to the right edge.
                       AreaRow{"NarrowTopRight", {27, 5}, 28, 0, 6}, AreaRow{"NarrowTopLeft", {0, 5}, 28, 0, 8},
                       AreaRow{"NarrowTopMiddle", {14, 0}, 28, 0, 2}),
-    [](const ::testing::TestParamInfo<AreaRow>& info) { return std::string(info.param.name); });
+    [](const ::testing::TestParamInfo<AreaRow>& row) { return std::string(row.param.name); });
 
 TEST(PanelResize, EachAreaMovesItsOwnEdges)
 {

@@ -12,7 +12,7 @@
 
 using namespace qx;
 using qxtest::PixelAt;
-using qxtest::RgbNoAlpha;
+using qxtest::Rgb;
 using qxtest::TestPanel;
 
 namespace {
@@ -288,7 +288,7 @@ TEST_F(ClassicPaint, CaptionColumnsFollowTheGradientSwitch)
     QImage image = Grab();
     for (int column : {20, 128, 200})
         EXPECT_EQ(PixelAt(image, column, 10), qRgb(column, 0, 0)) << column;
-    EXPECT_EQ(PixelAt(image, 20, 11), RgbNoAlpha(clWhite));
+    EXPECT_EQ(PixelAt(image, 20, 11), Rgb(clWhite));
 
     SetGradientCaptions(false);
     image = Grab();
@@ -299,15 +299,15 @@ TEST_F(ClassicPaint, CaptionColumnsFollowTheGradientSwitch)
 TEST_F(ClassicPaint, FrameColoursFollowTheGradientSwitch)
 {
     QImage image = Grab();
-    EXPECT_EQ(PixelAt(image, 1, 40), RgbNoAlpha(cl3DLight));
-    EXPECT_EQ(PixelAt(image, 254, 40), RgbNoAlpha(clBtnShadow));
-    EXPECT_EQ(PixelAt(image, 100, 1), RgbNoAlpha(clBtnShadow));
+    EXPECT_EQ(PixelAt(image, 1, 40), Rgb(cl3DLight));
+    EXPECT_EQ(PixelAt(image, 254, 40), Rgb(clBtnShadow));
+    EXPECT_EQ(PixelAt(image, 100, 1), Rgb(clBtnShadow));
     EXPECT_EQ(PixelAt(image, 100, 2), qRgb(100, 0, 0));
 
     SetGradientCaptions(false);
     image = Grab();
-    EXPECT_EQ(PixelAt(image, 1, 40), RgbNoAlpha(clInactiveBorder));
-    EXPECT_EQ(PixelAt(image, 254, 40), RgbNoAlpha(clInactiveBorder));
+    EXPECT_EQ(PixelAt(image, 1, 40), Rgb(clInactiveBorder));
+    EXPECT_EQ(PixelAt(image, 254, 40), Rgb(clInactiveBorder));
 }
 
 TEST_F(ClassicPaint, HatchMarksThePopupButtonOnAlternateRows)
@@ -327,23 +327,23 @@ TEST_F(ClassicPaint, HatchMarksThePopupButtonOnAlternateRows)
 TEST_F(ClassicPaint, SilverBottomStripAndGripStrokes)
 {
     QImage image = Grab();
-    EXPECT_EQ(PixelAt(image, 100, 70), RgbNoAlpha(clSilver));
-    EXPECT_EQ(PixelAt(image, 100, 69), RgbNoAlpha(clWhite));
+    EXPECT_EQ(PixelAt(image, 100, 70), Rgb(clSilver));
+    EXPECT_EQ(PixelAt(image, 100, 69), Rgb(clWhite));
     // Lifted grip: 12-pixel strokes from the bottom row 77 up, here where they cross row 68.
-    EXPECT_EQ(PixelAt(image, 248, 68), RgbNoAlpha(clSilver));
-    EXPECT_EQ(PixelAt(image, 249, 68), RgbNoAlpha(clGray));
-    EXPECT_EQ(PixelAt(image, 250, 68), RgbNoAlpha(clWhite));
-    EXPECT_EQ(PixelAt(image, 251, 68), RgbNoAlpha(clGray));
-    EXPECT_EQ(PixelAt(image, 252, 65), RgbNoAlpha(clWhite));  // one past a stroke's end
+    EXPECT_EQ(PixelAt(image, 248, 68), Rgb(clSilver));
+    EXPECT_EQ(PixelAt(image, 249, 68), Rgb(clGray));
+    EXPECT_EQ(PixelAt(image, 250, 68), Rgb(clWhite));
+    EXPECT_EQ(PixelAt(image, 251, 68), Rgb(clGray));
+    EXPECT_EQ(PixelAt(image, 252, 65), Rgb(clWhite));  // one past a stroke's end
 
     FPanel->SetCutOutDownEnabled(false);
     image = Grab();
     // Short grip ending on x = 254: gray strokes from 248 and 251 on row 77.
-    EXPECT_EQ(PixelAt(image, 248, 77), RgbNoAlpha(clGray));
-    EXPECT_EQ(PixelAt(image, 253, 75), RgbNoAlpha(clGray));
-    EXPECT_EQ(PixelAt(image, 253, 72), RgbNoAlpha(clGray));
-    EXPECT_EQ(PixelAt(image, 249, 77), RgbNoAlpha(clSilver));
-    EXPECT_EQ(PixelAt(image, 248, 68), RgbNoAlpha(clWhite));
+    EXPECT_EQ(PixelAt(image, 248, 77), Rgb(clGray));
+    EXPECT_EQ(PixelAt(image, 253, 75), Rgb(clGray));
+    EXPECT_EQ(PixelAt(image, 253, 72), Rgb(clGray));
+    EXPECT_EQ(PixelAt(image, 249, 77), Rgb(clSilver));
+    EXPECT_EQ(PixelAt(image, 248, 68), Rgb(clWhite));
 }
 
 TEST_F(ClassicPaint, SelectionBlinkDashesTheOuterFrame)

@@ -22,8 +22,6 @@ public:
 
 inline QRgb Rgb(qx::TColor color) { return qx::ColorToQColor(color).rgb(); }
 
-inline QRgb PixelAt(const QImage& image, int x, int y) { return image.pixel(x, y) & 0xFFFFFFu; }
-
-inline QRgb RgbNoAlpha(qx::TColor color) { return Rgb(color) & 0xFFFFFFu; }
+inline QRgb PixelAt(const QImage& image, int x, int y) { return image.pixel(x, y); }
 
 }  // namespace qxtest
