@@ -34,22 +34,6 @@ public:
     double GetGain() const { return FGain; }
     void SetGain(double Value) { FGain = Value; }
 
-    void DefineProperties(TFiler& Filer) override
-    {
-        Filer.DefineProperty(
-            QStringLiteral("Samples"),
-            [this](TReader& reader) {
-                reader.ReadListBegin();
-                while (!reader.EndOfList()) Samples.push_back(reader.ReadFloat());
-                reader.ReadListEnd();
-            },
-            [this](TWriter& writer) {
-                writer.WriteListBegin();
-                for (double s : Samples) writer.WriteFloat(s);
-                writer.WriteListEnd();
-            },
-            !Samples.empty());
-    }
     void Loaded() override { ++GLog.Loaded; }
     void LoadFinished() override
     {
@@ -57,8 +41,6 @@ public:
         GLog.Finished.append(objectName());
         GLog.LoadedAtFinish.push_back(GLog.Loaded);
     }
-
-    std::vector<double> Samples;
 
 private:
     double FGain = 1.0;
@@ -131,7 +113,6 @@ TEST_F(WorksheetFile, ReadsBackWhatItWroteByteForByteAndFinishesOnlyAfterTheLast
     TRecordingPanel& a = AddPanel(p, "a", {10, 19, 120, 61});
     a.SetGain(0.1);
     a.SetCaption("Zone 1 °C");
-    a.Samples = {1.5, -0.0, 1.7e30};
     TRecordingPanel& b = AddPanel(p, "b", {200, 29, 150, 91});
     AddPanel(b, "n", {5, 15, 60, 40});
     (new TStreamTag(&b))->setObjectName("t");
@@ -155,7 +136,6 @@ TEST_F(WorksheetFile, ReadsBackWhatItWroteByteForByteAndFinishesOnlyAfterTheLast
     EXPECT_EQ(readA->geometry(), QRect(10, 19, 120, 61));
     EXPECT_EQ(readA->GetGain(), 0.1);
     EXPECT_EQ(readA->GetCaption(), "Zone 1 °C");
-    EXPECT_EQ(readA->Samples, (std::vector<double>{1.5, -0.0, 1.7e30}));
     auto* readN = FPages[0]->findChild<TRecordingPanel*>("n");
     ASSERT_NE(readN, nullptr);
     EXPECT_EQ(readN->parent()->objectName(), "b");
