@@ -66,12 +66,12 @@ public:
 
     // Class-level operations; descendants hide them with their own. The panel registries put
     // them into the class's descriptor.
-    // "Unassigned description for <class name>".
+    // "Unassigned description for <class name>", the name without its C++ namespace.
     static QString GetDescription(const QMetaObject& Class);
     // The bitmap resource "TSINKDEFAULTIMAGE".
     static QImage GetClassIcon();
-    // Replaces `Bitmap` with the named bitmap resource of the library. False, and `Bitmap` null,
-    // when there is no resource of that name.
+    // Replaces `Bitmap` with the named bitmap resource of the library (":/qxbase/bitmaps/<Name>").
+    // False, and `Bitmap` null, when there is no resource of that name or the name holds a "/".
     static bool GetBitmapFromResource(const QString& Name, QImage& Bitmap);
     // The run-time package files a panel needs, comma-separated.
     static QString GetDependencies();
@@ -88,11 +88,14 @@ public:
     bool GetEnableRunTimePropPage() const { return FEnableRunTimePropPage; }
     void SetEnableRunTimePropPage(bool Value) { FEnableRunTimePropPage = Value; }
     bool GetPanelEnabled() const { return FPanelEnabled; }
+    // Stores the state only; EnableControlTree carries it to the children.
     virtual void SetPanelEnable(bool Value);
     // The persisted data source; none in the base class, whose setter ignores the value.
     virtual TQXMeasureSourceEx* GetMeasureSource() const;
     virtual void SetMeasureSource(TQXMeasureSourceEx* Value);
     bool GetDesignMode() const { return FDesignMode; }
+    // Leaving design mode deselects, applies RunTimeVisible and clips to the inner part; entering
+    // shows the panel (a panel without parent widget is never shown as a window of its own).
     virtual void SetDesignMode(bool Value);
     bool GetMoving() const { return FMoving; }
     bool GetIsSelected() const { return FIsSelected; }
@@ -107,6 +110,8 @@ public:
     QPoint GetWindowMinSize() const { return FWindowMinSize; }
     virtual void SetWindowMinSize(const QPoint& Value);
     bool GetCutOutEnabled() const { return FCutOutEnabled; }
+    // Sets the window region to the frame polygon; no region at all below 31 pixels of width.
+    // Does nothing in the new look.
     virtual void SetCutOutEnabled(bool Value);
     bool GetCutOutDownEnabled() const { return FCutOutDownEnabled; }
     virtual void SetCutOutDownEnabled(bool Value);
@@ -142,6 +147,8 @@ public:
     // Sets left, top, width and height at once. A change of size must pass CanResize; a refused
     // size leaves the size as it was and still applies the position.
     void SetBounds(int Left, int Top, int Width, int Height);
+    // False when the size is below WindowMinSize. Otherwise true, after clipping the window as
+    // the mode needs (run time: caption and bottom strip cut away) and firing OnPanelChanged.
     virtual bool CanResize(int& NewWidth, int& NewHeight);
     virtual QRect AdjustClientRect() const;
 
@@ -204,7 +211,9 @@ public:
     TKSPanelChangedEvent OnPanelChanged;
     TKSNotifyEvent OnSinkShow;
 
-    // Menu actions.
+    // Menu actions. The property page opens in design mode only; help goes to the host's HTML
+    // help with the class name (without namespace) as topic; "To Atelier..." relays to the
+    // repository connection, which does nothing while no repository host is installed.
     void DoPropertyButtonItem();
     void DoToRepositoryItem();
     void DoHelpButtonItem();

@@ -11,7 +11,7 @@
 #include "tests/panels/panel_test_support.h"
 
 using namespace qx;
-using qxtest::PixelAt;
+using qxtest::ExpectPixels;
 using qxtest::Rgb;
 using qxtest::TestPanel;
 
@@ -95,96 +95,81 @@ TEST_F(PanelOnPage, DragMovesThePanelAndSnapsItToTheGrid)
     EXPECT_FALSE(FPanel->GetMoving());
     EXPECT_EQ(FPanel->GetColor(), clBtnFace);
     EXPECT_TRUE(FPanel->mask().contains(QPoint(100, 5)));
+
+    Press(QPoint(128, 114), Qt::LeftButton, Qt::ControlModifier);
+    Release(QPoint(128, 114));
+    EXPECT_FALSE(FPanel->GetIsSelected());
+    EXPECT_FALSE(FPanel->GetSelectionTimer()->isActive());
 }
 
-TEST_F(PanelOnPage, CornerDragResizesWithRoundingSnap)
+TEST_F(PanelOnPage, CornerDragResizesWithRoundingSnapAndRespectsTheMinimum)
 {
     FPanel->SetDesignMode(true);
     SnapTo(10);
-    int starts = 0, steps = 0, ends = 0;
-    FPanel->OnStartResize = [&](TKSMSSink*) { ++starts; };
-    FPanel->OnResizing = [&](TKSMSSink*) { ++steps; };
-    FPanel->OnEndResize = [&](TKSMSSink*) { ++ends; };
-
+    QStringList log;
+    FPanel->OnStartResize = [&](TKSMSSink*) { log << "start"; };
+    FPanel->OnResizing = [&](TKSMSSink*) { log << "step"; };
+    FPanel->OnEndResize = [&](TKSMSSink*) { log << "end"; };
     Press(QPoint(235, 145));  // bottom-right corner
     EXPECT_EQ(FPanel->GetResizeArea(), 7);
     EXPECT_FALSE(FPanel->GetMoving());
     Drag(QPoint(268, 169));
     Release(QPoint(268, 169));
-
-    // Width 233 rounds to 230; height 124 to 121; left and top snap as well.
+    // Width 233 rounds to 230, height 124 to 121; left and top snap as well.
     EXPECT_EQ(FPanel->geometry(), QRect(40, 49, 230, 121));
     EXPECT_EQ(FPanel->GetResizeArea(), 0);
-    EXPECT_EQ(starts, 1);
-    EXPECT_EQ(steps, 1);
-    EXPECT_EQ(ends, 1);
-}
+    EXPECT_EQ(log, QStringList({"start", "step", "end"}));
 
-TEST_F(PanelOnPage, TopLeftDragBelowTheMinimumKeepsTheSizeButMoves)
-{
-    FPanel->SetDesignMode(true);
-    FPanel->SetWindowMinSize(QPoint(150, 30));
-    Press(QPoint(45, 55));
+    // Top-left drag to a width below the minimum: the size is refused, the place is taken.
+    FPanel->SetSnapToGrid(false);
+    FPanel->SetWindowMinSize(QPoint(200, 30));
+    Press(QPoint(45, 54));
     EXPECT_EQ(FPanel->GetResizeArea(), 1);
-    Drag(QPoint(105, 65));
-    Release(QPoint(105, 65));
-    EXPECT_EQ(FPanel->geometry(), QRect(100, 60, 200, 100));
+    Drag(QPoint(105, 64));
+    Release(QPoint(105, 64));
+    EXPECT_EQ(FPanel->geometry(), QRect(100, 59, 230, 121));
 }
 
-TEST_F(PanelOnPage, LeftClickOnThePopupButtonOpensTheMenuInsteadOfMoving)
+TEST_F(PanelOnPage, MenuOpensFromThePopupButtonAndFromTheRightButtonByLook)
 {
     FPanel->SetDesignMode(true);
+    QMenu* menu = FPanel->GetPopupMenu();
     Press(QPoint(40 + 185, 55));
     EXPECT_FALSE(FPanel->GetMoving());
-    EXPECT_EQ(QApplication::activePopupWidget(), FPanel->GetPopupMenu());
-    EXPECT_EQ(FPanel->GetPopupMenu()->pos(), FPanel->mapToGlobal(QPoint(200, 12)));
-    FPanel->GetPopupMenu()->close();
+    EXPECT_EQ(QApplication::activePopupWidget(), menu);
+    EXPECT_EQ(menu->pos(), FPanel->mapToGlobal(QPoint(200, 12)));
+    menu->close();
     Release(QPoint(40 + 185, 55));
     EXPECT_EQ(FPanel->pos(), QPoint(40, 50));
-}
 
-TEST_F(PanelOnPage, RightButtonMenuFollowsTheLook)
-{
-    FPanel->SetDesignMode(true);
+    // Classic: the right button itself does nothing, the context menu event pops the menu up.
     Press(QPoint(140, 100), Qt::RightButton);
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
-    EXPECT_FALSE(FPanel->GetIsSelected());
     Release(QPoint(140, 100), Qt::RightButton);
-    QContextMenuEvent classic(QContextMenuEvent::Mouse, QPoint(100, 50), FPanel->mapToGlobal(QPoint(100, 50)));
-    QApplication::sendEvent(FPanel, &classic);
-    EXPECT_EQ(QApplication::activePopupWidget(), FPanel->GetPopupMenu());
-    FPanel->GetPopupMenu()->close();
+    QContextMenuEvent request(QContextMenuEvent::Mouse, QPoint(100, 50), FPanel->mapToGlobal(QPoint(100, 50)));
+    QApplication::sendEvent(FPanel, &request);
+    EXPECT_EQ(QApplication::activePopupWidget(), menu);
+    menu->close();
 
     CNewDesign = true;
-    QContextMenuEvent themed(QContextMenuEvent::Mouse, QPoint(100, 50), FPanel->mapToGlobal(QPoint(100, 50)));
-    QApplication::sendEvent(FPanel, &themed);
+    QApplication::sendEvent(FPanel, &request);
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
     Press(QPoint(140, 100), Qt::RightButton);
-    EXPECT_EQ(QApplication::activePopupWidget(), FPanel->GetPopupMenu());
-    EXPECT_EQ(FPanel->GetPopupMenu()->pos(), FPanel->mapToGlobal(QPoint(100, 50)));
-    FPanel->GetPopupMenu()->close();
+    EXPECT_EQ(QApplication::activePopupWidget(), menu);
+    EXPECT_EQ(menu->pos(), FPanel->mapToGlobal(QPoint(100, 50)));
+    menu->close();
     Release(QPoint(140, 100), Qt::RightButton);
 }
 
-TEST_F(PanelOnPage, CtrlClickTogglesTheSelection)
+TEST_F(PanelOnPage, CursorShowsTheAreaUnderTheMouseAndDoubleClickOpensThePage)
 {
     FPanel->SetDesignMode(true);
-    Press(QPoint(140, 100));
-    Release(QPoint(140, 100));
-    EXPECT_TRUE(FPanel->GetIsSelected());
-    EXPECT_TRUE(FPanel->GetSelectionTimer()->isActive());
-    Press(QPoint(140, 100), Qt::LeftButton, Qt::ControlModifier);
-    Release(QPoint(140, 100));
-    EXPECT_FALSE(FPanel->GetIsSelected());
-    EXPECT_FALSE(FPanel->GetSelectionTimer()->isActive());
-}
-
-TEST_F(PanelOnPage, CursorShowsTheAreaUnderTheMouse)
-{
-    FPanel->SetDesignMode(true);
+    QTest::mouseDClick(FPanel, Qt::LeftButton, {}, QPoint(100, 50));
+    QTest::mouseRelease(FPanel, Qt::LeftButton, {}, QPoint(100, 50));
+    EXPECT_EQ(FPanel->PagesShown, 1);
     const std::vector<std::pair<QPoint, Qt::CursorShape>> rows = {
-        {{195, 95}, Qt::SizeFDiagCursor}, {{5, 95}, Qt::SizeBDiagCursor}, {{100, 99}, Qt::SizeVerCursor},
-        {{199, 50}, Qt::SizeHorCursor},   {{185, 5}, Qt::WhatsThisCursor}, {{100, 50}, Qt::PointingHandCursor}};
+        {{5, 95}, Qt::SizeBDiagCursor}, {{100, 99}, Qt::SizeVerCursor}, {{185, 5}, Qt::WhatsThisCursor},
+        {{100, 50}, Qt::PointingHandCursor}};
     for (const auto& [point, shape] : rows) {
         Hover(point);
         EXPECT_EQ(FPanel->cursor().shape(), shape) << point.x() << "," << point.y();
@@ -197,24 +182,13 @@ TEST_F(PanelOnPage, CursorShowsTheAreaUnderTheMouse)
     FPanel->SetDesignMode(false);
     Hover(QPoint(100, 50));
     EXPECT_FALSE(FPanel->testAttribute(Qt::WA_SetCursor));
-    Press(QPoint(140, 100));
-    EXPECT_FALSE(FPanel->GetIsSelected());
-    EXPECT_FALSE(FPanel->GetMoving());
-    Release(QPoint(140, 100));
-}
-
-TEST_F(PanelOnPage, DoubleClickOpensThePropertyPageInDesignModeOnly)
-{
     QTest::mouseDClick(FPanel, Qt::LeftButton, {}, QPoint(100, 50));
-    QTest::mouseRelease(FPanel, Qt::LeftButton, {}, QPoint(100, 50));
-    EXPECT_EQ(FPanel->PagesShown, 0);
-    FPanel->SetDesignMode(true);
-    QTest::mouseDClick(FPanel, Qt::LeftButton, {}, QPoint(100, 50));
+    EXPECT_FALSE(FPanel->GetIsSelected() || FPanel->GetMoving());
     QTest::mouseRelease(FPanel, Qt::LeftButton, {}, QPoint(100, 50));
     EXPECT_EQ(FPanel->PagesShown, 1);
 }
 
-TEST_F(PanelOnPage, WindowRegionNeedsMoreThanThirtyPixels)
+TEST_F(PanelOnPage, WindowRegionsByWidthLookAndMode)
 {
     FPanel->SetDesignMode(true);
     FPanel->resize(30, 60);
@@ -224,18 +198,13 @@ TEST_F(PanelOnPage, WindowRegionNeedsMoreThanThirtyPixels)
     FPanel->resize(31, 60);
     FPanel->SetCutOutDownEnabled(true);
     FPanel->SetCutOutEnabled(true);
-    const QRegion ears = FPanel->mask();
+    const QRegion ears = FPanel->mask();  // ears 10 wide, bottom lifted by 6
     EXPECT_EQ(ears.boundingRect(), QRect(0, 0, 31, 54));
-    EXPECT_TRUE(ears.contains(QPoint(9, 2)));
-    EXPECT_FALSE(ears.contains(QPoint(10, 2)));
-    EXPECT_FALSE(ears.contains(QPoint(20, 9)));
-    EXPECT_TRUE(ears.contains(QPoint(21, 2)));
-    EXPECT_TRUE(ears.contains(QPoint(15, 10)));
-}
+    EXPECT_TRUE(ears.contains(QPoint(9, 2)) && ears.contains(QPoint(21, 2)) && ears.contains(QPoint(15, 10)));
+    EXPECT_FALSE(ears.contains(QPoint(10, 2)) || ears.contains(QPoint(20, 9)));
 
-TEST_F(PanelOnPage, RunTimeClipLeavesOutCaptionAndBottomStrip)
-{
-    FPanel->SetDesignMode(true);
+    // Run time: caption and bottom strip are clipped away.
+    FPanel->resize(200, 100);
     FPanel->SetDesignMode(false);
     EXPECT_EQ(FPanel->mask(), QRegion(QRect(1, 12, 198, 77)));
     // A classic resize clips to the adjusted client rectangle, one pixel lower.
@@ -283,84 +252,45 @@ protected:
     QImage Grab() const { return FPanel->grab().toImage(); }
 };
 
-TEST_F(ClassicPaint, CaptionColumnsFollowTheGradientSwitch)
+TEST_F(ClassicPaint, GradientSwitchDecidesCaptionColumnsAndFrameColours)
 {
-    QImage image = Grab();
-    for (int column : {20, 128, 200})
-        EXPECT_EQ(PixelAt(image, column, 10), qRgb(column, 0, 0)) << column;
-    EXPECT_EQ(PixelAt(image, 20, 11), Rgb(clWhite));
-
+    // Column i blends caption (red 255) and gradient colour (black) by i/255; white body below.
+    ExpectPixels(Grab(), {{20, 10, qRgb(20, 0, 0)}, {128, 10, qRgb(128, 0, 0)}, {200, 10, qRgb(200, 0, 0)},
+                          {20, 11, Rgb(clWhite)}, {1, 40, Rgb(cl3DLight)}, {254, 40, Rgb(clBtnShadow)},
+                          {100, 1, Rgb(clBtnShadow)}});
     SetGradientCaptions(false);
-    image = Grab();
-    for (int column : {20, 128, 200})
-        EXPECT_EQ(PixelAt(image, column, 10), qRgb(255, 0, 0)) << column;
-}
-
-TEST_F(ClassicPaint, FrameColoursFollowTheGradientSwitch)
-{
-    QImage image = Grab();
-    EXPECT_EQ(PixelAt(image, 1, 40), Rgb(cl3DLight));
-    EXPECT_EQ(PixelAt(image, 254, 40), Rgb(clBtnShadow));
-    EXPECT_EQ(PixelAt(image, 100, 1), Rgb(clBtnShadow));
-    EXPECT_EQ(PixelAt(image, 100, 2), qRgb(100, 0, 0));
-
-    SetGradientCaptions(false);
-    image = Grab();
-    EXPECT_EQ(PixelAt(image, 1, 40), Rgb(clInactiveBorder));
-    EXPECT_EQ(PixelAt(image, 254, 40), Rgb(clInactiveBorder));
+    ExpectPixels(Grab(), {{20, 10, qRgb(255, 0, 0)}, {200, 10, qRgb(255, 0, 0)}, {1, 40, Rgb(clInactiveBorder)},
+                          {254, 40, Rgb(clInactiveBorder)}});
 }
 
 TEST_F(ClassicPaint, HatchMarksThePopupButtonOnAlternateRows)
 {
-    const QImage image = Grab();
-    // Even rows: darker, 238..245; odd rows: lighter, 237..244.
-    EXPECT_EQ(PixelAt(image, 238, 4), qRgb(215, 0, 0));
-    EXPECT_EQ(PixelAt(image, 245, 4), qRgb(215, 0, 0));
-    EXPECT_EQ(PixelAt(image, 237, 4), qRgb(237, 0, 0));
-    EXPECT_EQ(PixelAt(image, 246, 4), qRgb(246, 0, 0));
-    EXPECT_EQ(PixelAt(image, 237, 3), qRgb(255, 40, 40));
-    EXPECT_EQ(PixelAt(image, 244, 9), qRgb(255, 40, 40));
-    EXPECT_EQ(PixelAt(image, 245, 3), qRgb(245, 0, 0));
-    EXPECT_EQ(PixelAt(image, 240, 10), qRgb(240, 0, 0));
+    // Even rows darker by 40 from 238 to 245, odd rows lighter by 40 from 237 to 244.
+    ExpectPixels(Grab(), {{238, 4, qRgb(215, 0, 0)}, {245, 4, qRgb(215, 0, 0)}, {237, 4, qRgb(237, 0, 0)},
+                          {237, 3, qRgb(255, 40, 40)}, {244, 9, qRgb(255, 40, 40)}, {245, 3, qRgb(245, 0, 0)}});
 }
 
 TEST_F(ClassicPaint, SilverBottomStripAndGripStrokes)
 {
-    QImage image = Grab();
-    EXPECT_EQ(PixelAt(image, 100, 70), Rgb(clSilver));
-    EXPECT_EQ(PixelAt(image, 100, 69), Rgb(clWhite));
-    // Lifted grip: 12-pixel strokes from the bottom row 77 up, here where they cross row 68.
-    EXPECT_EQ(PixelAt(image, 248, 68), Rgb(clSilver));
-    EXPECT_EQ(PixelAt(image, 249, 68), Rgb(clGray));
-    EXPECT_EQ(PixelAt(image, 250, 68), Rgb(clWhite));
-    EXPECT_EQ(PixelAt(image, 251, 68), Rgb(clGray));
-    EXPECT_EQ(PixelAt(image, 252, 65), Rgb(clWhite));  // one past a stroke's end
-
+    // Lifted grip: 12-pixel strokes rising from row 77, here where they cross row 68; one past
+    // a stroke's end stays white.
+    ExpectPixels(Grab(), {{100, 70, Rgb(clSilver)}, {100, 69, Rgb(clWhite)}, {248, 68, Rgb(clSilver)},
+                          {249, 68, Rgb(clGray)}, {250, 68, Rgb(clWhite)}, {251, 68, Rgb(clGray)},
+                          {252, 65, Rgb(clWhite)}});
+    // Short grip ending on x = 254: gray strokes from 248 (6 pixels) and 251 (3 pixels) on row 77.
     FPanel->SetCutOutDownEnabled(false);
-    image = Grab();
-    // Short grip ending on x = 254: gray strokes from 248 and 251 on row 77.
-    EXPECT_EQ(PixelAt(image, 248, 77), Rgb(clGray));
-    EXPECT_EQ(PixelAt(image, 253, 75), Rgb(clGray));
-    EXPECT_EQ(PixelAt(image, 253, 72), Rgb(clGray));
-    EXPECT_EQ(PixelAt(image, 249, 77), Rgb(clSilver));
-    EXPECT_EQ(PixelAt(image, 248, 68), Rgb(clWhite));
+    ExpectPixels(Grab(), {{248, 77, Rgb(clGray)}, {253, 72, Rgb(clGray)}, {253, 75, Rgb(clGray)},
+                          {249, 77, Rgb(clSilver)}, {248, 68, Rgb(clWhite)}});
 }
 
 TEST_F(ClassicPaint, SelectionBlinkDashesTheOuterFrame)
 {
-    FPanel->SetIsSelected(true);
-    QImage image = Grab();
     // From the lifted bottom-left corner (0, 73) upwards: 18 pixels in the pen, 6 in the brush.
-    EXPECT_EQ(PixelAt(image, 0, 73), qRgb(255, 255, 255));
-    EXPECT_EQ(PixelAt(image, 0, 56), qRgb(255, 255, 255));
-    EXPECT_EQ(PixelAt(image, 0, 55), qRgb(0, 0, 0));
-    EXPECT_EQ(PixelAt(image, 0, 49), qRgb(255, 255, 255));
-
+    FPanel->SetIsSelected(true);
+    ExpectPixels(Grab(), {{0, 73, qRgb(255, 255, 255)}, {0, 56, qRgb(255, 255, 255)}, {0, 55, qRgb(0, 0, 0)},
+                          {0, 49, qRgb(255, 255, 255)}});
     FPanel->DoOnSelectionTimer();
-    image = Grab();
-    EXPECT_EQ(PixelAt(image, 0, 73), qRgb(204, 204, 204));
-    EXPECT_EQ(PixelAt(image, 0, 55), qRgb(51, 51, 51));
-
+    ExpectPixels(Grab(), {{0, 73, qRgb(204, 204, 204)}, {0, 55, qRgb(51, 51, 51)}});
     // The level bounces between its ends.
     for (int i = 0; i < 5; ++i)
         FPanel->DoOnSelectionTimer();

@@ -2,6 +2,8 @@
 
 #include <QColor>
 #include <QImage>
+#include <gtest/gtest.h>
+#include <initializer_list>
 
 #include "qxbase/panels/panel_base.h"
 
@@ -22,6 +24,16 @@ public:
 
 inline QRgb Rgb(qx::TColor color) { return qx::ColorToQColor(color).rgb(); }
 
-inline QRgb PixelAt(const QImage& image, int x, int y) { return image.pixel(x, y); }
+struct Pixel {
+    int x;
+    int y;
+    QRgb rgb;
+};
+
+inline void ExpectPixels(const QImage& image, std::initializer_list<Pixel> pixels)
+{
+    for (const Pixel& p : pixels)
+        EXPECT_EQ(image.pixel(p.x, p.y), p.rgb) << "at " << p.x << "," << p.y;
+}
 
 }  // namespace qxtest
