@@ -88,14 +88,13 @@ TEST_F(AtelierConnectionTest, ConnectedPageAnswersUntilItCloses)
 
 TEST_F(AtelierConnectionTest, HandlerMayUnsetItselfWhileItRuns)
 {
-    int calls = 0;
-    FConnection.OnOK = [&](TAtelierConnection* sender) {
-        sender->OnOK = nullptr;  // destroys the stored handler while this call runs
-        ++calls;
+    FConnection.OnOK = [this, tag = QStringLiteral("ok")](TAtelierConnection* sender) {
+        sender->OnOK = nullptr;  // destroys the stored handler, captures included
+        FLog << tag;
     };
     FConnection.OK();
     FConnection.OK();
-    EXPECT_EQ(calls, 1);
+    EXPECT_EQ(FLog, QStringList{"ok"});
 }
 
 }  // namespace
