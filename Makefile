@@ -40,8 +40,16 @@ build: configure
 test: build
 	cd $(BUILD) && ctest --output-on-failure -j $(JOBS) $(CTEST_ARGS)
 
+# With a display: the demo worksheet in its window. Without one: the console tour and a
+# snapshot of the worksheet in design mode.
 run: build
-	QT_QPA_PLATFORM=$${QT_QPA_PLATFORM:-offscreen} $(BUILD)/apps/qxsheet/qxsheet
+	@if [ -z "$$DISPLAY" ] && [ -z "$$WAYLAND_DISPLAY" ]; then \
+	  export QT_QPA_PLATFORM=offscreen; \
+	  $(BUILD)/apps/qxsheet/qxsheet tour && \
+	  $(BUILD)/apps/qxsheet/qxsheet --snapshot $(BUILD)/qxsheet-snapshot.png; \
+	else \
+	  $(BUILD)/apps/qxsheet/qxsheet; \
+	fi
 
 bench: deps
 	cmake -S . -B build-bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DQXBASE_BUILD_TESTS=OFF

@@ -13,32 +13,67 @@ TCommand Error(const QString& text)
     return command;
 }
 
-}  // namespace
-
-TCommand ParseCommandLine(const QStringList& arguments)
+TCommand ParseScan(const QStringList& arguments)
 {
-    TCommand command;
-    if (arguments.isEmpty()) return command;
-    if (arguments.size() == 1 && (arguments[0] == "--help" || arguments[0] == "-h")) {
-        command.Kind = TCommand::cmdHelp;
-        return command;
-    }
-    if (arguments[0] != "scan") return Error(QStringLiteral("unknown command \"%1\"").arg(arguments[0]));
     if (arguments.size() != 3 || arguments[1] != "--port")
         return Error(QStringLiteral("scan needs --port N"));
     std::int32_t port = 0;
     if (!qx::TryStrToInt(arguments[2], port) || port < 1 || port > 255)
         return Error(QStringLiteral("port must be a number from 1 to 255, not \"%1\"").arg(arguments[2]));
+    TCommand command;
     command.Kind = TCommand::cmdScan;
     command.Port = port;
     return command;
 }
 
+TCommand ParseWorksheet(const QStringList& arguments)
+{
+    TCommand command;
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        const QString& argument = arguments[i];
+        if (argument == "--snapshot") {
+            if (i + 1 == arguments.size() || arguments[i + 1].isEmpty())
+                return Error(QStringLiteral("--snapshot needs the name of a PNG file"));
+            command.Snapshot = arguments[++i];
+        } else if (argument.startsWith('-')) {
+            return Error(QStringLiteral("unknown option \"%1\"").arg(argument));
+        } else if (!command.File.isEmpty()) {
+            return Error(QStringLiteral("one worksheet at a time, not \"%1\" and \"%2\"").arg(command.File, argument));
+        } else {
+            command.File = argument;
+        }
+    }
+    return command;
+}
+
+}  // namespace
+
+TCommand ParseCommandLine(const QStringList& arguments)
+{
+    if (arguments.isEmpty()) return {};
+    if (arguments.size() == 1 && (arguments[0] == "--help" || arguments[0] == "-h")) {
+        TCommand command;
+        command.Kind = TCommand::cmdHelp;
+        return command;
+    }
+    if (arguments[0] == "scan") return ParseScan(arguments);
+    if (arguments[0] == "tour") {
+        if (arguments.size() != 1) return Error(QStringLiteral("tour takes no arguments"));
+        TCommand command;
+        command.Kind = TCommand::cmdTour;
+        return command;
+    }
+    return ParseWorksheet(arguments);
+}
+
 QString UsageText()
 {
     return QStringLiteral(
-        "usage: qxsheet               run the demo: the property-and-event bus, the channel model,\n"
-        "                             thermocouples and a module search on a simulated bus\n"
+        "usage: qxsheet [FILE]        open a worksheet (the bundled demo worksheet when no FILE)\n"
+        "       qxsheet [FILE] --snapshot PNG\n"
+        "                             render the worksheet in design mode to PNG, headless\n"
+        "       qxsheet tour          the console tour: the property-and-event bus, the channel\n"
+        "                             model, thermocouples and a module search on a simulated bus\n"
         "       qxsheet scan --port N search the amplifier-module bus on COM N (the device is\n"
         "                             $QX_COM<N> if set, else /dev/ttyS<N-1>)\n");
 }

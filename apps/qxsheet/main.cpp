@@ -1,33 +1,62 @@
+#include <QApplication>
 #include <QCoreApplication>
 #include <QTextStream>
 
 #include "apps/qxsheet/command_line.h"
 #include "apps/qxsheet/console_demo.h"
 #include "apps/qxsheet/module_scan_demo.h"
+#include "apps/qxsheet/worksheet_app.h"
+
+namespace {
+
+int RunWorksheet(int argc, char** argv, const qxsheet::TCommand& command, QTextStream& out, QTextStream& err)
+{
+    const bool noPlatform = qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+    if (!command.Snapshot.isEmpty() && noPlatform) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    } else if (command.Snapshot.isEmpty() && noPlatform && qEnvironmentVariableIsEmpty("DISPLAY")
+               && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
+        err << "qxsheet: no display to open a window on (DISPLAY and WAYLAND_DISPLAY are empty);"
+               " try --snapshot FILE.png or \"qxsheet tour\""
+            << Qt::endl;
+        return 1;
+    }
+    QApplication app(argc, argv);
+    if (!command.Snapshot.isEmpty())
+        return qxsheet::RunSnapshot(command.File, command.Snapshot, out, err);
+    return qxsheet::RunWorksheetWindow(command.File, err);
+}
+
+}  // namespace
 
 int main(int argc, char** argv)
 {
-    QCoreApplication app(argc, argv);
     QTextStream out(stdout);
-    QStringList arguments = QCoreApplication::arguments();
-    arguments.removeFirst();
+    QTextStream err(stderr);
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
 
     const qxsheet::TCommand command = qxsheet::ParseCommandLine(arguments);
     switch (command.Kind) {
     case qxsheet::TCommand::cmdHelp:
         out << qxsheet::UsageText();
         return 0;
-    case qxsheet::TCommand::cmdError: {
-        QTextStream err(stderr);
+    case qxsheet::TCommand::cmdError:
         err << "qxsheet: " << command.Error << Qt::endl << qxsheet::UsageText();
         return 2;
-    }
-    case qxsheet::TCommand::cmdScan:
+    case qxsheet::TCommand::cmdScan: {
+        QCoreApplication app(argc, argv);
         return qxsheet::RunModuleScan(out, command.Port);
-    case qxsheet::TCommand::cmdDemo:
+    }
+    case qxsheet::TCommand::cmdTour: {
+        QCoreApplication app(argc, argv);
+        const int result = qxsheet::RunConsoleDemo(out);
+        qxsheet::ShowSimulatedBusScan(out);
+        return result;
+    }
+    case qxsheet::TCommand::cmdWorksheet:
         break;
     }
-    const int result = qxsheet::RunConsoleDemo(out);
-    qxsheet::ShowSimulatedBusScan(out);
-    return result;
+    return RunWorksheet(argc, argv, command, out, err);
 }

@@ -75,22 +75,28 @@ using TQXConnectPropertyPage = std::function<void(
     const TQXProjectChanged& NewOnProjectChanged)>;
 
 // Relays between a panel's property page and the panel repository the host provides. Without a
-// repository host every call does nothing.
+// repository host every call does nothing. The current panel is not watched: the page of a panel
+// reports PropertyPageHasClosed before the panel goes.
 class QXBASE_EXPORT TAtelierConnection {
 public:
     TKSMSSink* GetCurrentPanel() const { return FCurrentPanel; }
 
+    // Makes `Panel` current and asks the repository host; when the host sets CanConnect to
+    // false the panel current before stays current. The host's handler installs the New...
+    // handlers it accepts.
     void ConnectPropertyPage(TKSMSSink* Panel, QWidget* PropertyPage, bool& CanConnect,
                              const TAtelierNotifyEvent& NewOnApply, const TAtelierNotifyEvent& NewOnCancel,
                              const TAtelierNotifyEvent& NewOnOK, const TAtelierGetGroup& NewAtelierGetGroup,
                              const TAtelierGetGroups& NewAtelierGetGroups,
                              const TQXProjectChanged& NewOnProjectChanged);
+    // Both empty the list (and GetGroups sets TopLevelId to -1) before asking the page.
     void GetGroups(QString& TopLevel, std::int32_t& TopLevelId, std::int32_t& TopLevelImageId,
                    TAtelierItemList& Groups);
     void GetGroup(std::int32_t GroupId, TAtelierItemList& Items);
     void Apply();
     void Cancel();
     void OK();
+    // Unsets the page's handlers, tells the repository host and clears the current panel.
     void PropertyPageHasClosed();
     void GroupsHaveChanged();
     void PanelsToRepository();

@@ -19,6 +19,8 @@ std::array<TColor, SystemColorCount>& Palette()
     return palette;
 }
 
+bool gradientCaptions = true;
+
 }  // namespace
 
 TColor ColorToRGB(TColor color)
@@ -50,5 +52,9 @@ bool SetSystemColor(int index, TColor rgb)
 }
 
 void RestoreSystemColors() { Palette() = kClassicPalette; }
+
+bool GetGradientCaptions() { return gradientCaptions; }
+
+void SetGradientCaptions(bool Value) { gradientCaptions = Value; }
 
 }  // namespace qx

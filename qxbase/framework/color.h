@@ -75,4 +75,10 @@ QXBASE_EXPORT TColor QColorToColor(const QColor& color);
 QXBASE_EXPORT bool SetSystemColor(int index, TColor rgb);
 QXBASE_EXPORT void RestoreSystemColors();
 
+// Whether the desktop draws window captions as a gradient from the gradient caption colour to
+// the caption colour. On by default; a host mirroring a desktop without gradients turns it off.
+// The classic panel caption follows it (plain caption colour and border-coloured frame when off).
+QXBASE_EXPORT bool GetGradientCaptions();
+QXBASE_EXPORT void SetGradientCaptions(bool Value);
+
 }  // namespace qx

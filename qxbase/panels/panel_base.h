@@ -4,6 +4,7 @@
 #include <QPoint>
 #include <QPolygon>
 #include <QRect>
+#include <QRegion>
 #include <QString>
 #include <QWidget>
 #include <cstdint>
@@ -17,6 +18,7 @@
 #include "qxbase/framework/export.h"
 #include "qxbase/framework/shift_state.h"
 
+class QEvent;
 class QMenu;
 class QPainter;
 class QTimer;
@@ -64,12 +66,12 @@ public:
 
     // Class-level operations; descendants hide them with their own. The panel registries put
     // them into the class's descriptor.
-    // "Unassigned description for <class name>".
+    // "Unassigned description for <class name>", the name without its C++ namespace.
     static QString GetDescription(const QMetaObject& Class);
     // The bitmap resource "TSINKDEFAULTIMAGE".
     static QImage GetClassIcon();
-    // Replaces `Bitmap` with the named bitmap resource of the library. False, and `Bitmap` null,
-    // when there is no resource of that name.
+    // Replaces `Bitmap` with the named bitmap resource of the library (":/qxbase/bitmaps/<Name>").
+    // False, and `Bitmap` null, when there is no resource of that name or the name holds a "/".
     static bool GetBitmapFromResource(const QString& Name, QImage& Bitmap);
     // The run-time package files a panel needs, comma-separated.
     static QString GetDependencies();
@@ -86,11 +88,14 @@ public:
     bool GetEnableRunTimePropPage() const { return FEnableRunTimePropPage; }
     void SetEnableRunTimePropPage(bool Value) { FEnableRunTimePropPage = Value; }
     bool GetPanelEnabled() const { return FPanelEnabled; }
+    // Stores the state only; EnableControlTree carries it to the children.
     virtual void SetPanelEnable(bool Value);
     // The persisted data source; none in the base class, whose setter ignores the value.
     virtual TQXMeasureSourceEx* GetMeasureSource() const;
     virtual void SetMeasureSource(TQXMeasureSourceEx* Value);
     bool GetDesignMode() const { return FDesignMode; }
+    // Leaving design mode deselects, applies RunTimeVisible and clips to the inner part; entering
+    // shows the panel (a panel without parent widget is never shown as a window of its own).
     virtual void SetDesignMode(bool Value);
     bool GetMoving() const { return FMoving; }
     bool GetIsSelected() const { return FIsSelected; }
@@ -105,6 +110,8 @@ public:
     QPoint GetWindowMinSize() const { return FWindowMinSize; }
     virtual void SetWindowMinSize(const QPoint& Value);
     bool GetCutOutEnabled() const { return FCutOutEnabled; }
+    // Sets the window region to the frame polygon; no region at all below 31 pixels of width.
+    // Does nothing in the new look.
     virtual void SetCutOutEnabled(bool Value);
     bool GetCutOutDownEnabled() const { return FCutOutDownEnabled; }
     virtual void SetCutOutDownEnabled(bool Value);
@@ -112,6 +119,10 @@ public:
     void SetResizable(bool Value) { FResizable = Value; }
     bool GetRunTimeVisible() const { return FRunTimeVisible; }
     void SetRunTimeVisible(bool Value) { FRunTimeVisible = Value; }
+    // The panel's tooltip (and those its children leave to it) shows only while this is set;
+    // the panel sets it in the new look, at construction and in design mode.
+    bool GetShowHint() const { return FShowHint; }
+    void SetShowHint(bool Value) { FShowHint = Value; }
     // The inherited border width E of the resize-area table; 0 by default.
     int GetBorderWidth() const { return FBorderWidth; }
     void SetBorderWidth(int Value) { FBorderWidth = Value; }
@@ -136,6 +147,8 @@ public:
     // Sets left, top, width and height at once. A change of size must pass CanResize; a refused
     // size leaves the size as it was and still applies the position.
     void SetBounds(int Left, int Top, int Width, int Height);
+    // False when the size is below WindowMinSize. Otherwise true, after clipping the window as
+    // the mode needs (run time: caption and bottom strip cut away) and firing OnPanelChanged.
     virtual bool CanResize(int& NewWidth, int& NewHeight);
     virtual QRect AdjustClientRect() const;
 
@@ -155,7 +168,12 @@ public:
     void EnableControlTree(QWidget* Control, bool Enabled);
 
     // Channel list; ChannelMode decides how it grows.
-    void SetChannelMode(std::uint8_t Mode) { FChannelMode = Mode; }
+    // Modes above 3 are ignored.
+    void SetChannelMode(std::uint8_t Mode)
+    {
+        if (Mode <= 3)
+            FChannelMode = Mode;
+    }
     void ChannelAdd(int Channel);
     void ChannelAddMultiple(const std::vector<int>& Channels);
     void ChannelClear();
@@ -170,6 +188,8 @@ public:
     // Fills `Points` with the frame polygon and returns the point count. Outside design mode it
     // uses the adjusted client rectangle and clears CutOutEnabled and CutOutDownEnabled.
     int GetPolyFrame(QPolygon& Points, bool ForRegion, int InsetY, int InsetX, bool Closed);
+    // The raised frame in `Rect` (the client rectangle when called from Paint), `Width` pixels
+    // thick, drawn as GetPolyFrame draws its polygon.
     void CutOutFrame3D(QPainter& Canvas, const QRect& Rect, TColor LightColor, TColor DarkColor,
                        int Width);
     bool IsInPopup(const QPoint& Point) const;
@@ -191,12 +211,16 @@ public:
     TKSPanelChangedEvent OnPanelChanged;
     TKSNotifyEvent OnSinkShow;
 
-    // Menu actions.
+    // Menu actions. The property page opens in design mode only; help goes to the host's HTML
+    // help with the class name (without namespace) as topic; "To Atelier..." relays to the
+    // repository connection, which does nothing while no repository host is installed.
     void DoPropertyButtonItem();
     void DoToRepositoryItem();
     void DoHelpButtonItem();
     void DoDdlClickOnDesigneTime();
-    // One step of the selection blink; the timer calls it every 100 ms.
+    // One step of the selection blink; the timer calls it every 100 ms. A widget can only be
+    // drawn on from its paint event, so the step moves the blink level and schedules a repaint
+    // of the frame line, which paintEvent draws over Paint while the panel is selected.
     virtual void DoOnSelectionTimer();
 
 protected:
@@ -207,7 +231,10 @@ protected:
     virtual void MouseUp(TMouseButton Button, TShiftState Shift, int X, int Y);
     virtual void Resize();
     virtual void DoShow();
+    // Draws the selection frame in the current blink colours.
+    void DrawSelectionBlink(QPainter& Canvas);
 
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -250,6 +277,21 @@ protected:
     QTimer* FSelectionTimer = nullptr;  // child of the panel
     QMenu* FPopupMenu = nullptr;        // child of the panel
     bool FVisibilityGuard = false;
+    bool FShowHint = false;
+
+private:
+    int PolyFrameIn(const QRect& Client, QPolygon& Points, bool ForRegion, int InsetY, int InsetX,
+                    bool Closed);
+    void PaintClassic(QPainter& Canvas);
+    void PaintThemed(QPainter& Canvas);
+    void MoveStep(int X, int Y);
+    void ApplyVisibility(bool Visible);
+    void OpenPropertyPage();
+    void RepaintCaption();
+    void UpdateContentsMargins();
+    QRegion BlinkRegion();
+    HRESULT OnShowPropertypage(TQXPropertyItem* Handle, bool Get, bool Enum, Variant& Value);
+    HRESULT OnPanelEnable(TQXPropertyItem* Handle, bool Get, bool Enum, Variant& Value);
 };
 
 }  // namespace qx

@@ -8,7 +8,11 @@
 #include "qxbase/framework/export.h"
 
 // The arithmetic of the panel frame, free of any widget: ears, frame polygon, hit areas, resize
-// areas, grid snapping and colour lightening. The panels call these; tests use plain numbers.
+// areas, grid snapping, line pixels and colour lightening. The panels call these; tests use
+// plain numbers.
+//
+// Rectangle edges follow the drawing system's convention: R = x + width and B = y + height,
+// one past the last pixel (not QRect::right()/bottom()). Hit tests compare against those edges.
 namespace qx {
 
 // Width of each corner ear: min(width div 3, 30).
@@ -18,9 +22,9 @@ QXBASE_EXPORT int GetPartWidth(int width);
 // design mode and -11 in design mode.
 QXBASE_EXPORT QRect AdjustedClientRect(const QRect& client, bool designMode);
 
-// The frame polygon within `rect` (right and bottom inclusive, as QRect::right()/bottom() give
-// them) with ears of `partWidth`; the insets, the region rule (forRegion) and `closed` act as
-// for the panel's GetPolyFrame.
+// The frame polygon within `rect` with ears of `partWidth`; the insets, the region rule
+// (forRegion: right and bottom stay on the outer edges, else one pixel inside) and `closed`
+// (first point repeated) act as for the panel's GetPolyFrame.
 QXBASE_EXPORT QPolygon PolyFramePoints(const QRect& rect, int partWidth, bool cutOut, bool cutOutDown,
                                        bool forRegion, int insetY, int insetX, bool closed);
 
@@ -33,16 +37,27 @@ QXBASE_EXPORT bool IsInPageActivatorArea(const QPoint& point, const QRect& clien
 // its border width.
 QXBASE_EXPORT int ResizeAreaAt(int x, int y, const QRect& client, int width, int borderWidth);
 // Bounds after dragging resize `area` by (dx, dy) from `down` (left, top, width, height at
-// mouse down), without snapping.
+// mouse down), without snapping. Area 0 or an unknown area leaves `down` as it is.
 QXBASE_EXPORT QRect ResizedBounds(int area, const QRect& down, int dx, int dy);
 // Resize snapping: rounds to the grid; caption and bottom strip offsets as the frame needs.
+// A spacing of 0 or less leaves its axis unsnapped.
 QXBASE_EXPORT QRect SnapResizedBounds(const QRect& bounds, int gridX, int gridY);
-// Move snapping: truncates to the grid.
+// Move snapping: truncates to the grid. A spacing of 0 or less leaves its axis unsnapped.
 QXBASE_EXPORT QPoint SnapMovedPosition(const QPoint& topLeft, int gridX, int gridY);
 
-// Each of red, green, blue times `factor`, rounded, capped at 255. Takes and gives 0x00BBGGRR.
+// The pixels a line from `from` to `to` sets, without the end point, as the system's line
+// drawing does (so a polyline draws every corner once and a closed one leaves no pixel out).
+QXBASE_EXPORT QPolygon LinePixels(const QPoint& from, const QPoint& to);
+// The pixels of a polyline through `points`, in drawing order; the last point is not drawn.
+QXBASE_EXPORT QPolygon PolylinePixels(const QPolygon& points);
+
+// Each of red, green, blue times `factor`, rounded, capped at 255 (and at 0 for a negative
+// factor). Takes 0x00BBGGRR or a system colour, gives 0x00BBGGRR.
 QXBASE_EXPORT TColor ChangeLight(TColor rgb, double factor);
-// round(c1 × factor + c2 × (1 - factor)) per component, capped at 255.
+// round(c1 × factor + c2 × (1 - factor)) per component, kept within 0..255.
 QXBASE_EXPORT TColor BlendColors(TColor rgb1, TColor rgb2, double factor);
+// Adds `delta` to each of red, green and blue, kept within 0..255: the brightness correction
+// behind the hatch of the popup button (darker -40, lighter +40).
+QXBASE_EXPORT TColor ChangeBrightness(TColor rgb, int delta);
 
 }  // namespace qx

@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringList>
 
+#include "qxbase/framework/exception.h"
 #include "qxbase/framework/export.h"
 #include "qxbase/framework/stream_registry.h"
 #include "qxbase/framework/variant.h"
@@ -10,10 +11,23 @@
 namespace qx {
 
 // The class names of the panels and of the data sources the host can place on a worksheet, in
-// registration order; duplicates stay. Created with the library's first load and freed with its
-// last unload (QxbasePanelsInitialize / QxbasePanelsFinalize, counted).
+// registration order; duplicates stay. Both raise EPanelRegistryError while the registries do not
+// exist (after the last QxbasePanelsFinalize).
 QXBASE_EXPORT QStringList& ClassNames();
 QXBASE_EXPORT QStringList& SourceClassNames();
+
+// Counted start and end of the panel unit. Loading the library calls Initialize once and
+// unloading it calls Finalize; a host may add balanced pairs of its own. Only the first
+// Initialize creates the two lists and registers TKSPanelTabPage for streaming; only the last
+// Finalize frees the lists and removes the page class again. A Finalize without a matching
+// Initialize does nothing.
+QXBASE_EXPORT void QxbasePanelsInitialize();
+QXBASE_EXPORT void QxbasePanelsFinalize();
+
+class QXBASE_EXPORT EPanelRegistryError : public Exception {
+public:
+    using Exception::Exception;
+};
 
 // The descriptor RegisterKSPanels and RegisterKSSources register: the stream factory of T and its
 // static GetDescription, GetClassIcon and GetDependencies.
@@ -28,8 +42,8 @@ TStreamClassDescriptor MakePanelClassDescriptor()
 }
 
 // Registers a class with the streaming registry and appends its name to one of the two lists.
-// Raises EStreamError when the class is registered for streaming already; the list is then
-// unchanged.
+// Raises EStreamError when the class is registered for streaming already, and
+// EPanelRegistryError while the lists do not exist; the list is then unchanged.
 QXBASE_EXPORT void RegisterKSPanelClass(const QString& ClassName, TStreamClassDescriptor Descriptor);
 QXBASE_EXPORT void RegisterKSSourceClass(const QString& ClassName, TStreamClassDescriptor Descriptor);
 
@@ -48,7 +62,8 @@ void RegisterKSSources()
 // The integer 0 for an empty list, otherwise an array of strings 0..count-1.
 QXBASE_EXPORT Variant StringlistToOleVariant(const QStringList& Strings);
 // Clears `Strings` and appends each element of an array value as text; a value that is not an
-// array leaves the list empty.
+// array leaves the list empty. Raises EVariantError for an element without a text (Null, an
+// array); the list is then empty.
 QXBASE_EXPORT void OleVariantToStringList(const Variant& Value, QStringList& Strings);
 
 }  // namespace qx

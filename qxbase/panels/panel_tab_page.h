@@ -13,11 +13,10 @@ class QPainter;
 
 namespace qx {
 
-enum TBackgroundImagePaintStyle : std::uint8_t { bipsCenter, bipsStretch, bipsTile };
-
 // One page of a worksheet: the panels are its child widgets. In design mode it draws the design
 // grid on the design background; outside it the run-time colour and the background image. It
-// never erases its background on its own, so panels do not flicker.
+// never erases its background on its own (Qt::WA_OpaquePaintEvent, no auto-filled background):
+// every paint fills what it covers, so panels do not flicker.
 class QXBASE_EXPORT TKSPanelTabPage : public QWidget, public TStreamable {
     Q_OBJECT
     // The tab text of the page.
@@ -30,6 +29,9 @@ class QXBASE_EXPORT TKSPanelTabPage : public QWidget, public TStreamable {
                    SetBackgroundPaintStyle)
 
 public:
+    // Declared in the class so the meta-object knows it and the property streams by name; the
+    // namespace-scope names below are the ones to use.
+    enum TBackgroundImagePaintStyle : std::uint8_t { bipsCenter, bipsStretch, bipsTile };
     Q_ENUM(TBackgroundImagePaintStyle)
 
     explicit TKSPanelTabPage(QWidget* parent = nullptr);
@@ -56,18 +58,23 @@ public:
     const QPixmap& GetBackgroundImage() const { return FBackgroundImage; }
     void SetBackgroundImage(const QPixmap& Value) { FBackgroundImage = Value; }
     TBackgroundImagePaintStyle GetBackgroundPaintStyle() const { return FBackgroundPaintStyle; }
+    // Ignores a value that is none of the three styles.
     void SetBackgroundPaintStyle(TBackgroundImagePaintStyle Value);
     bool GetEmbededVisible() const { return FEmbededVisible; }
     void SetEmbededVisible(bool Value) { FEmbededVisible = Value; }
     std::int32_t GetSortOder() const { return FSortOder; }
     void SetSortOder(std::int32_t Value) { FSortOder = Value; }
 
-    // The background image travels as a defined property "BackgroundImage" (PNG bytes).
+    // The background image travels as a defined property "BackgroundImage": its PNG bytes as
+    // one base64 string, written only when there is an image. Reading a text that is not
+    // base64 or not an image raises EStreamError.
     void DefineProperties(TFiler& Filer) override;
 
 protected:
     // Draws the design grid or the run-time fill into the clip rectangle.
     virtual void Paint(QPainter& Canvas, const QRect& Clip);
+    // Outside design mode: the background image, when there is one, in the chosen style.
+    void PaintBackgroundImage(QPainter& Canvas);
     void paintEvent(QPaintEvent* event) override;
 
 private:
@@ -85,5 +92,10 @@ private:
     bool FEmbededVisible = false;
     std::int32_t FSortOder = 0;
 };
+
+using TBackgroundImagePaintStyle = TKSPanelTabPage::TBackgroundImagePaintStyle;
+inline constexpr TBackgroundImagePaintStyle bipsCenter = TKSPanelTabPage::bipsCenter;
+inline constexpr TBackgroundImagePaintStyle bipsStretch = TKSPanelTabPage::bipsStretch;
+inline constexpr TBackgroundImagePaintStyle bipsTile = TKSPanelTabPage::bipsTile;
 
 }  // namespace qx

@@ -11,9 +11,16 @@ namespace {
 using qxsheet::ParseCommandLine;
 using qxsheet::TCommand;
 
-TEST(CommandLine, ChoosesDemoScanOrHelp)
+TEST(CommandLine, ChoosesWorksheetTourScanOrHelp)
 {
-    EXPECT_EQ(ParseCommandLine({}).Kind, TCommand::cmdDemo);
+    const TCommand bundled = ParseCommandLine({});
+    EXPECT_EQ(bundled.Kind, TCommand::cmdWorksheet);
+    EXPECT_TRUE(bundled.File.isEmpty());
+    const TCommand snapshot = ParseCommandLine({"--snapshot", "out.png", "plant.qxw"});
+    EXPECT_EQ(snapshot.Kind, TCommand::cmdWorksheet);
+    EXPECT_EQ(snapshot.File, "plant.qxw");
+    EXPECT_EQ(snapshot.Snapshot, "out.png");
+    EXPECT_EQ(ParseCommandLine({"tour"}).Kind, TCommand::cmdTour);
     EXPECT_EQ(ParseCommandLine({"--help"}).Kind, TCommand::cmdHelp);
     const TCommand scan = ParseCommandLine({"scan", "--port", "7"});
     EXPECT_EQ(scan.Kind, TCommand::cmdScan);
@@ -27,9 +34,11 @@ TEST(CommandLine, RefusesBadArgumentsWithAReason)
         const char* error;
     };
     const Row rows[] = {
-        {{"scna"}, "unknown command \"scna\""},
+        {{"tour", "now"}, "tour takes no arguments"},
+        {{"a.qxw", "b.qxw"}, "one worksheet at a time, not \"a.qxw\" and \"b.qxw\""},
+        {{"a.qxw", "--snapshot"}, "--snapshot needs the name of a PNG file"},
+        {{"--snap", "x.png"}, "unknown option \"--snap\""},
         {{"scan"}, "scan needs --port N"},
-        {{"scan", "--port"}, "scan needs --port N"},
         {{"scan", "-p", "3"}, "scan needs --port N"},
         {{"scan", "--port", "0"}, "port must be a number from 1 to 255, not \"0\""},
         {{"scan", "--port", "256"}, "port must be a number from 1 to 255, not \"256\""},

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QSize>
+#include <QString>
+#include <QTextStream>
+#include <memory>
+
+#include "apps/qxsheet/worksheet_window.h"
+
+namespace qxsheet {
+
+// The worksheet bundled with the demo, ":/qxsheet/default.qxw".
+QString DefaultWorksheetPath();
+inline constexpr QSize KSnapshotSize{960, 640};
+
+// Registers the demo panels and loads `Path` (the bundled worksheet when empty) into a window,
+// not yet shown. Raises what LoadWorksheetFile raises.
+std::unique_ptr<TWorksheetWindow> OpenWorksheetWindow(const QString& Path);
+
+// As OpenWorksheetWindow, then shown at KSnapshotSize in design mode with the first panel of
+// the first page selected.
+std::unique_ptr<TWorksheetWindow> CreateSnapshotWindow(const QString& Path);
+
+// Renders CreateSnapshotWindow(Path) to the PNG file `Png` and says where it went. Returns 0,
+// or 1 after writing the reason to `err`.
+int RunSnapshot(const QString& Path, const QString& Png, QTextStream& out, QTextStream& err);
+
+// Opens the worksheet in a window and runs the event loop until it closes. Returns the loop's
+// result, or 1 after writing the reason to `err` when the worksheet does not load.
+int RunWorksheetWindow(const QString& Path, QTextStream& err);
+
+}  // namespace qxsheet

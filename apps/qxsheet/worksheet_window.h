@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QString>
+#include <memory>
+#include <vector>
+
+class QAction;
+class QTabWidget;
+
+namespace qx {
+class TKSMSSink;
+class TKSPanelTabPage;
+}  // namespace qx
+
+namespace qxsheet {
+
+// The demo host's main window: one tab per worksheet page, a design-mode switch, Open, Save and
+// Save As. In design mode a click selects a panel (Ctrl+click toggles it), a click on the page
+// background deselects all, and panels move and resize on the page's grid.
+class TWorksheetWindow : public QMainWindow {
+    Q_OBJECT
+
+public:
+    // Shows `Pages` in tabs; `Path` is the file they came from (a ":/" path for the bundled
+    // worksheet, which Save does not overwrite). Starts outside design mode.
+    TWorksheetWindow(std::vector<std::unique_ptr<qx::TKSPanelTabPage>> Pages, QString Path,
+                     QWidget* parent = nullptr);
+    ~TWorksheetWindow() override;
+
+    // The pages in tab order.
+    std::vector<qx::TKSPanelTabPage*> GetPages() const;
+    QTabWidget* GetTabs() const { return FTabs; }
+    QAction* GetDesignAction() const { return FDesignAction; }
+    const QString& GetPath() const { return FPath; }
+
+    bool GetDesignMode() const;
+    // Switches every page and every panel, nested ones included.
+    void SetDesignMode(bool Value);
+    // The selected panels of all pages, in page order.
+    std::vector<qx::TKSMSSink*> GetSelectedPanels() const;
+    void DeselectAll(const qx::TKSPanelTabPage& Page);
+
+    // Replaces the worksheet by the file's. On failure shows why and keeps the current one.
+    bool Open(const QString& Path);
+    // Writes to the file the worksheet came from; asks for a file when it came from the bundle.
+    bool Save();
+    // Asks for a file and writes to it; false when cancelled or failed.
+    bool SaveAs();
+    // Writes to `Path` and makes it the file Save writes to. On failure shows why: false.
+    bool SaveTo(const QString& Path);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void CreateActions();
+    void ShowPages(std::vector<std::unique_ptr<qx::TKSPanelTabPage>> Pages);
+    void AttachPanel(qx::TKSMSSink& Panel);
+    void PanelClicked(qx::TKSMSSink& Panel);
+    void ApplyDesignMode(bool Value);
+    void ShowError(const QString& Text);
+    void UpdateTitle();
+
+    QString FPath;
+    QTabWidget* FTabs = nullptr;      // central widget; owns the pages
+    QAction* FDesignAction = nullptr;  // children of the window
+    QAction* FSaveAction = nullptr;
+};
+
+}  // namespace qxsheet

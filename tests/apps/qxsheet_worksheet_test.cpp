@@ -1,0 +1,195 @@
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QFile>
+#include <QImage>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTextStream>
+
+#include "apps/qxsheet/demo_panels.h"
+#include "apps/qxsheet/worksheet_app.h"
+#include "qxbase/framework/host_services.h"
+#include "qxbase/panels/panel_base.h"
+#include "qxbase/panels/panel_tab_page.h"
+#include "qxbase/panels/worksheet_file.h"
+#include "tests/framework/print_qstring.h"
+
+using namespace qxsheet;
+
+namespace {
+
+QByteArray FileBytes(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+std::vector<qx::TKSMSSink*> AllPanels(const TWorksheetWindow& window)
+{
+    std::vector<qx::TKSMSSink*> panels;
+    for (qx::TKSPanelTabPage* page : window.GetPages())
+        for (qx::TKSMSSink* panel : qx::GetAllPagePanels(*page)) panels.push_back(panel);
+    return panels;
+}
+
+QPoint Centre(const qx::TKSMSSink& panel)
+{
+    return panel.AdjustClientRect().center();
+}
+
+class Worksheet : public ::testing::Test {
+protected:
+    void TearDown() override { qx::RestoreHostServices(); }
+    QTemporaryDir FDir;
+};
+
+// The PNG shows page 1 in design mode: the grid on the design background where no panel
+// stands, and the first panel selected, its caption strip unlike an unselected one's.
+TEST_F(Worksheet, SnapshotShowsTheDesignGridAndTheSelectedPanel)
+{
+    const QString png = FDir.filePath("shot.png");
+    QString said;
+    QString complaint;
+    QTextStream out(&said);
+    QTextStream err(&complaint);
+    ASSERT_EQ(RunSnapshot({}, png, out, err), 0) << complaint.toStdString();
+    EXPECT_TRUE(said.contains("written to " + png)) << said.toStdString();
+    const QImage image(png);
+    ASSERT_EQ(image.size(), KSnapshotSize);
+
+    // The same window again, for where things are.
+    const std::unique_ptr<TWorksheetWindow> window = CreateSnapshotWindow({});
+    qx::TKSPanelTabPage& page = *window->GetPages().front();
+    const auto at = [&](const QWidget& w, QPoint p) { return image.pixel(w.mapTo(window.get(), p)); };
+    EXPECT_EQ(at(page, {700, 300}), qx::ColorToQColor(page.GetDesignGridColor()).rgb());
+    EXPECT_EQ(at(page, {705, 305}), qx::ColorToQColor(page.GetDesignBKColor()).rgb());
+
+    const std::vector<qx::TKSMSSink*> panels = qx::GetPagePanels(page);
+    ASSERT_GE(panels.size(), 2U);
+    ASSERT_TRUE(panels[0]->GetIsSelected());
+    ASSERT_FALSE(panels[1]->GetIsSelected());
+    const QPoint inCaption(panels[0]->width() / 2, 6);
+    EXPECT_NE(at(*panels[0], inCaption), at(*panels[1], QPoint(panels[1]->width() / 2, 6)));
+    EXPECT_NE(at(*panels[0], inCaption), qx::ColorToQColor(page.GetDesignBKColor()).rgb());
+
+    // Content too: the lit red lamp in its centre.
+    auto* lamp = qobject_cast<TDemoLamp*>(panels[1]);
+    ASSERT_NE(lamp, nullptr);
+    EXPECT_EQ(at(*lamp, Centre(*lamp)), qx::ColorToQColor(lamp->GetShownColor()).rgb());
+}
+
+TEST_F(Worksheet, SnapshotFailuresSayWhy)
+{
+    QString said;
+    QString complaint;
+    QTextStream out(&said);
+    QTextStream err(&complaint);
+    EXPECT_EQ(RunSnapshot(FDir.filePath("none.qxw"), FDir.filePath("a.png"), out, err), 1);
+    EXPECT_EQ(RunSnapshot({}, FDir.filePath("no/dir/a.png"), out, err), 1);
+    err.flush();
+    EXPECT_TRUE(complaint.startsWith("qxsheet: Cannot read " + FDir.filePath("none.qxw"))) << complaint.toStdString();
+    EXPECT_TRUE(complaint.contains("cannot write the snapshot to " + FDir.filePath("no/dir/a.png")));
+    EXPECT_TRUE(said.isEmpty());
+}
+
+TEST_F(Worksheet, DesignSwitchReachesEveryPanelOfEveryPage)
+{
+    const std::unique_ptr<TWorksheetWindow> window = OpenWorksheetWindow({});
+    const std::vector<qx::TKSMSSink*> panels = AllPanels(*window);
+    ASSERT_EQ(panels.size(), 6U);
+    window->GetDesignAction()->trigger();
+    for (qx::TKSMSSink* panel : panels) {
+        EXPECT_TRUE(panel->GetDesignMode()) << panel->objectName().toStdString();
+        EXPECT_TRUE(panel->GetSnapToGrid());
+        EXPECT_EQ(panel->GetGridSpacingX(), 10);
+    }
+    for (qx::TKSPanelTabPage* page : window->GetPages()) EXPECT_TRUE(page->GetIsDesigning());
+    panels.back()->SetIsSelected(true);
+    window->GetDesignAction()->trigger();
+    for (qx::TKSMSSink* panel : panels) EXPECT_FALSE(panel->GetDesignMode() || panel->GetIsSelected());
+    for (qx::TKSPanelTabPage* page : window->GetPages()) EXPECT_FALSE(page->GetIsDesigning());
+}
+
+TEST_F(Worksheet, ClicksSelectTogglesAndDeselectAndDragsSnapToTheGrid)
+{
+    const std::unique_ptr<TWorksheetWindow> window = OpenWorksheetWindow({});
+    window->resize(KSnapshotSize);
+    window->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+    window->SetDesignMode(true);
+    qx::TKSPanelTabPage& page = *window->GetPages().front();
+    const std::vector<qx::TKSMSSink*> panels = qx::GetPagePanels(page);
+    qx::TKSMSSink& a = *panels[0];
+    qx::TKSMSSink& b = *panels[1];
+    const auto selected = [&] { return window->GetSelectedPanels(); };
+
+    QTest::mouseClick(&a, Qt::LeftButton, {}, Centre(a));
+    EXPECT_EQ(selected(), std::vector<qx::TKSMSSink*>{&a});
+    QTest::mouseClick(&b, Qt::LeftButton, {}, Centre(b));
+    EXPECT_EQ(selected(), std::vector<qx::TKSMSSink*>{&b});
+    QTest::mouseClick(&a, Qt::LeftButton, Qt::ControlModifier, Centre(a));
+    EXPECT_EQ(selected(), (std::vector<qx::TKSMSSink*>{&a, &b}));
+    QTest::mouseClick(&b, Qt::LeftButton, Qt::ControlModifier, Centre(b));
+    EXPECT_EQ(selected(), std::vector<qx::TKSMSSink*>{&a});
+    QTest::mouseClick(&page, Qt::LeftButton, {}, QPoint(700, 300));
+    EXPECT_TRUE(selected().empty());
+
+    // A drag of (23, 14) lands on the page's 10-pixel grid.
+    const QPoint start = a.pos();
+    QTest::mousePress(&a, Qt::LeftButton, {}, Centre(a));
+    QTest::mouseMove(&a, Centre(a) + QPoint(23, 14));
+    QTest::mouseRelease(&a, Qt::LeftButton, {}, Centre(a) + QPoint(23, 14));
+    EXPECT_EQ(a.pos(), QPoint((start.x() + 23) / 10 * 10, (start.y() + 14 + 11) / 10 * 10 - 11));
+}
+
+TEST_F(Worksheet, TheDefaultSavesAndLoadsBackUnchanged)
+{
+    const std::unique_ptr<TWorksheetWindow> window = OpenWorksheetWindow({});
+    // Save of the bundled worksheet asks where to; cancelling writes nothing.
+    QString offered;
+    QString answer;
+    qx::HostServices().GetSaveFileName = [&](QWidget*, const QString&, const QString&, const QString& name) {
+        offered = name;
+        return answer;
+    };
+    EXPECT_FALSE(window->Save());
+    EXPECT_TRUE(offered.endsWith("/default.qxw")) << offered.toStdString();
+    answer = FDir.filePath("plant.qxw");
+    ASSERT_TRUE(window->Save());
+    EXPECT_EQ(window->GetPath(), answer);
+    const QByteArray saved = FileBytes(answer);
+    const std::vector<std::unique_ptr<qx::TKSPanelTabPage>> again = qx::LoadWorksheetFile(answer);
+    std::vector<qx::TKSPanelTabPage*> pages;
+    for (const auto& page : again) pages.push_back(page.get());
+    EXPECT_EQ(qx::WriteWorksheet(pages), saved);
+
+    // From now on Save writes back to that file without asking.
+    answer.clear();
+    qx::TKSMSSink& moved = *AllPanels(*window).back();
+    moved.SetBounds(500, 229, moved.width(), moved.height());
+    ASSERT_TRUE(window->Save());
+    ASSERT_TRUE(window->Open(FDir.filePath("plant.qxw")));
+    EXPECT_EQ(AllPanels(*window).back()->pos(), QPoint(500, 229));
+}
+
+TEST_F(Worksheet, AFileThatDoesNotLoadIsShownAndKeepsTheWorksheet)
+{
+    const std::unique_ptr<TWorksheetWindow> window = OpenWorksheetWindow({});
+    QString shown;
+    qx::HostServices().MessageBox = [&](QWidget*, const QString& text, const QString&, int) {
+        shown = text;
+        return 1;
+    };
+    const QString bad = FDir.filePath("bad.qxw");
+    QFile file(bad);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(R"({"format": "qxbase worksheet", "version": 1, "pages": [{"name": "P"}]})");
+    file.close();
+    EXPECT_FALSE(window->Open(bad));
+    EXPECT_EQ(shown, bad + R"(, Component "P": "class" is missing)");
+    EXPECT_EQ(window->GetPages().size(), 2U);
+    EXPECT_EQ(window->GetPath(), DefaultWorksheetPath());
+}
+
+}  // namespace

@@ -1,0 +1,97 @@
+#include <gtest/gtest.h>
+
+#include <QTest>
+#include <QTimer>
+#include <QWidget>
+
+#include "qxbase/panels/controler_panel_base.h"
+
+using namespace qx;
+
+namespace {
+
+TEST(ControlerPanelAreas, GrabberIsTheBottomRightSquareAndPinnerTheTopRightStrip)
+{
+    EXPECT_TRUE(IsInGrabberArea(QPoint(33, 23), QSize(40, 30)));
+    EXPECT_TRUE(IsInGrabberArea(QPoint(40, 30), QSize(40, 30)));
+    EXPECT_FALSE(IsInGrabberArea(QPoint(32, 25), QSize(40, 30)));
+    EXPECT_FALSE(IsInGrabberArea(QPoint(35, 22), QSize(40, 30)));
+
+    const QRect client(10, 10, 40, 30);
+    EXPECT_TRUE(IsInPinnerArea(QPoint(34, 12), client));
+    EXPECT_TRUE(IsInPinnerArea(QPoint(47, 20), client));
+    EXPECT_FALSE(IsInPinnerArea(QPoint(33, 15), client));
+    EXPECT_FALSE(IsInPinnerArea(QPoint(48, 15), client));
+    EXPECT_FALSE(IsInPinnerArea(QPoint(40, 21), client));
+}
+
+// A page with one controller panel at (16, 5), 60 x 40, in design mode.
+class ControlerPanelMouse : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        FPage.resize(300, 200);
+        FPanel->setGeometry(16, 5, 60, 40);
+        FPanel->SetDesignMode(true);
+        FPage.show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&FPage));
+    }
+    // Points on the page, given to the panel relative to where it is when each event arrives,
+    // as a real mouse would.
+    void Drag(const QPoint& from, const QPoint& to, Qt::KeyboardModifiers keys = {})
+    {
+        QTest::mousePress(FPanel, Qt::LeftButton, keys, from - FPanel->pos());
+        QTest::mouseMove(FPanel, to - FPanel->pos());
+        QTest::mouseRelease(FPanel, Qt::LeftButton, keys, to - FPanel->pos());
+    }
+
+    QWidget FPage;
+    TKSControlerPanelBase* FPanel = new TKSControlerPanelBase(&FPage);
+};
+
+TEST_F(ControlerPanelMouse, DragMovesItOntoTheGridAndSelectsIt)
+{
+    FPanel->SetSnapToGrid(true);
+    Drag(QPoint(26, 25), QPoint(53, 35));  // travels by (27, 10) to (43, 15)
+    EXPECT_EQ(FPanel->geometry(), QRect(40, 13, 60, 40));
+    EXPECT_TRUE(FPanel->GetIsSelected());
+    EXPECT_TRUE(FPanel->GetSelectionTimer()->isActive());
+
+    FPanel->SetSnapToGrid(false);
+    Drag(QPoint(50, 33), QPoint(53, 32), Qt::ControlModifier);
+    EXPECT_EQ(FPanel->pos(), QPoint(43, 12));
+    EXPECT_FALSE(FPanel->GetIsSelected()) << "Ctrl toggles";
+}
+
+TEST_F(ControlerPanelMouse, GrabberResizesWithinTheMinimumAndPinnerPins)
+{
+    Drag(QPoint(73, 42), QPoint(93, 52));
+    EXPECT_EQ(FPanel->geometry(), QRect(16, 5, 80, 50));
+    Drag(QPoint(93, 52), QPoint(26, 52));
+    EXPECT_EQ(FPanel->size(), QSize(80, 50)) << "below the minimum width";
+
+    Drag(QPoint(86, 10), QPoint(90, 20));
+    EXPECT_TRUE(FPanel->GetIsPinned());
+    EXPECT_EQ(FPanel->geometry(), QRect(16, 5, 80, 50));
+}
+
+TEST(ControlerPanel, GrabberAndPinnerMarksShowOnlyInDesignMode)
+{
+    TKSControlerPanelBase panel;
+    panel.resize(40, 30);
+    panel.SetColor(clYellow);
+    const QRgb yellow = qRgb(255, 255, 0);
+    const QRgb mark = ColorToQColor(clBtnShadow).rgb();
+    EXPECT_EQ(panel.grab().toImage().pixel(38, 28), yellow);
+    panel.SetDesignMode(true);
+    EXPECT_EQ(panel.grab().toImage().pixel(38, 28), mark);
+    EXPECT_EQ(panel.grab().toImage().pixel(30, 6), yellow) << "pinner open";
+    panel.SetIsPinned(true);
+    panel.SetIsSelected(true);
+    EXPECT_EQ(panel.grab().toImage().pixel(30, 6), mark);
+    panel.SetDesignMode(false);
+    EXPECT_FALSE(panel.GetIsSelected());
+    EXPECT_FALSE(panel.GetSelectionTimer()->isActive());
+}
+
+}  // namespace

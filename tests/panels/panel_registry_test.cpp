@@ -1,0 +1,86 @@
+#include <gtest/gtest.h>
+
+#include <QWidget>
+
+#include "qxbase/framework/exception.h"
+#include "qxbase/framework/stream_registry.h"
+#include "qxbase/panels/panel_registry.h"
+#include "qxbase/panels/panel_tab_page.h"
+#include "tests/framework/print_qstring.h"
+
+using namespace qx;
+
+namespace {
+
+class TRegistryGauge : public QWidget {
+    Q_OBJECT
+public:
+    explicit TRegistryGauge(QWidget* parent = nullptr) : QWidget(parent) {}
+    static QString GetDescription(const QMetaObject&) { return QStringLiteral("gauge"); }
+    static QImage GetClassIcon() { return {}; }
+    static QString GetDependencies() { return QStringLiteral("gauge.bpl"); }
+};
+
+const QString KGauge = QLatin1String(TRegistryGauge::staticMetaObject.className());
+const QString KPage = QLatin1String(TKSPanelTabPage::staticMetaObject.className());
+
+TEST(StringListVariant, EmptyListIsTheIntegerZeroAndLinesAStringArrayFromZero)
+{
+    QStringList lines{QStringLiteral("old")};
+    OleVariantToStringList(StringlistToOleVariant({}), lines);
+    EXPECT_TRUE(lines.isEmpty());
+    EXPECT_EQ(StringlistToOleVariant({}), Variant(std::int32_t{0}));
+
+    const QStringList sent{QStringLiteral("a"), QString(), QStringLiteral("c,d")};
+    const Variant value = StringlistToOleVariant(sent);
+    EXPECT_EQ(value.VarType(), varArray | varOleStr);
+    EXPECT_EQ(value.ArrayLowBound(), 0);
+    OleVariantToStringList(value, lines);
+    EXPECT_EQ(lines, sent);
+
+    Variant mixed = Variant::CreateArray(3, 4, varVariant);
+    mixed.SetArrayElement(3, 1.5);
+    OleVariantToStringList(mixed, lines);
+    EXPECT_EQ(lines, QStringList({"1.5", ""}));
+    mixed.SetArrayElement(4, Variant::Null());
+    EXPECT_THROW(OleVariantToStringList(mixed, lines), EVariantError);
+    EXPECT_TRUE(lines.isEmpty());
+}
+
+TEST(PanelRegistry, DuplicateRegistrationRaisesAndLeavesTheListsAlone)
+{
+    const QStringList before = ClassNames();
+    RegisterKSPanels<TRegistryGauge>();
+    EXPECT_EQ(ClassNames(), before + QStringList{KGauge});
+    EXPECT_EQ(FindStreamClass(KGauge)->Dependencies(), "gauge.bpl");
+
+    EXPECT_THROW(RegisterKSPanels<TRegistryGauge>(), EStreamError);
+    EXPECT_THROW(RegisterKSSources<TRegistryGauge>(), EStreamError);
+    EXPECT_EQ(ClassNames(), before + QStringList{KGauge});
+    EXPECT_FALSE(SourceClassNames().contains(KGauge));
+    UnregisterStreamClass(KGauge);
+    ClassNames().removeAll(KGauge);
+}
+
+TEST(PanelRegistry, OnlyTheLastFinalizeFreesTheListsAndThePageClass)
+{
+    ASSERT_NE(FindStreamClass(KPage), nullptr) << "registered at load";
+    QxbasePanelsInitialize();
+    QxbasePanelsFinalize();
+    EXPECT_NO_THROW(ClassNames());
+
+    QxbasePanelsFinalize();
+    EXPECT_THROW(ClassNames(), EPanelRegistryError);
+    EXPECT_THROW(RegisterKSPanels<TRegistryGauge>(), EPanelRegistryError);
+    EXPECT_EQ(FindStreamClass(KGauge), nullptr);
+    EXPECT_EQ(FindStreamClass(KPage), nullptr);
+    QxbasePanelsFinalize();  // unbalanced: ignored
+
+    QxbasePanelsInitialize();
+    EXPECT_TRUE(ClassNames().isEmpty());
+    EXPECT_NE(FindStreamClass(KPage), nullptr);
+}
+
+}  // namespace
+
+#include "panel_registry_test.moc"
