@@ -315,7 +315,7 @@ void TStreamable::Loaded() {}
 
 QString ComponentPlace(const QObject& component)
 {
-    return QStringLiteral("Component \"%1\" (%2)").arg(component.objectName(), QLatin1String(component.metaObject()->className()));
+    return QStringLiteral("Component \"%1\" (%2)").arg(component.objectName(), StreamClassName(*component.metaObject()));
 }
 
 QJsonObject WriteStoredProperties(const QObject& component)
@@ -345,7 +345,7 @@ void ReadStoredProperties(QObject& component, const QJsonObject& json)
 
 QJsonObject WriteComponent(const QObject& component)
 {
-    const QString className = QLatin1String(component.metaObject()->className());
+    const QString className = StreamClassName(*component.metaObject());
     if (FindStreamClass(className) == nullptr)
         throw EStreamError(QStringLiteral("%1: class %2 is not registered for streaming").arg(ComponentPlace(component), className));
     QJsonObject json;

@@ -25,6 +25,13 @@ void RegisterStreamClass(const QString& className, TStreamClassDescriptor descri
         throw EStreamError(QStringLiteral("A class named %1 already exists").arg(className));
 }
 
+QString StreamClassName(const QMetaObject& meta)
+{
+    const QString name = QLatin1String(meta.className());
+    const qsizetype colon = name.lastIndexOf(QLatin1String("::"));
+    return colon < 0 ? name : name.mid(colon + 2);
+}
+
 bool UnregisterStreamClass(const QString& className) { return Registry().erase(className) > 0; }
 
 const TStreamClassDescriptor* FindStreamClass(const QString& className)
@@ -44,7 +51,7 @@ const TStreamClassDescriptor& GetStreamClass(const QString& className)
 const TStreamClassDescriptor* FindStreamClassOf(const QObject& component)
 {
     for (const QMetaObject* meta = component.metaObject(); meta != nullptr; meta = meta->superClass()) {
-        if (const TStreamClassDescriptor* descriptor = FindStreamClass(QLatin1String(meta->className())))
+        if (const TStreamClassDescriptor* descriptor = FindStreamClass(StreamClassName(*meta)))
             return descriptor;
     }
     return nullptr;
@@ -57,9 +64,9 @@ std::unique_ptr<QObject> CreateStreamComponent(const QString& className, QObject
     std::unique_ptr<QObject> component = factory(parent);
     if (!component)
         throw EStreamError(QStringLiteral("The factory of class %1 created nothing").arg(className));
-    if (QLatin1String(component->metaObject()->className()) != className)
+    if (StreamClassName(*component->metaObject()) != className)
         throw EStreamError(QStringLiteral("The factory of class %1 created a %2")
-                               .arg(className, QLatin1String(component->metaObject()->className())));
+                               .arg(className, StreamClassName(*component->metaObject())));
     return component;
 }
 

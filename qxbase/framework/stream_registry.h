@@ -13,6 +13,10 @@
 
 namespace qx {
 
+// The name a class is registered and streamed under: its meta-object class name without the C++
+// namespaces ("TKSPanelTabPage" for qx::TKSPanelTabPage), so files do not depend on them.
+QXBASE_EXPORT QString StreamClassName(const QMetaObject& meta);
+
 // Creates one component of a class, owned by the caller; `parent` may be null. A widget class
 // given a parent that is not a widget raises EStreamError.
 using TStreamClassFactory = std::function<std::unique_ptr<QObject>(QObject* parent)>;
@@ -57,7 +61,7 @@ TStreamClassDescriptor MakeStreamClassDescriptor()
             QWidget* widgetParent = qobject_cast<QWidget*>(parent);
             if (parent != nullptr && widgetParent == nullptr)
                 throw EStreamError(QStringLiteral("Class %1 needs a widget as its parent")
-                                       .arg(QLatin1String(T::staticMetaObject.className())));
+                                       .arg(StreamClassName(T::staticMetaObject)));
             return std::make_unique<T>(widgetParent);
         } else {
             return std::make_unique<T>(parent);
@@ -70,7 +74,7 @@ TStreamClassDescriptor MakeStreamClassDescriptor()
 template <class T>
 void RegisterStreamClass()
 {
-    RegisterStreamClass(QLatin1String(T::staticMetaObject.className()), MakeStreamClassDescriptor<T>());
+    RegisterStreamClass(StreamClassName(T::staticMetaObject), MakeStreamClassDescriptor<T>());
 }
 
 }  // namespace qx

@@ -10,6 +10,7 @@
 
 #include "qxbase/control/atelier_connection.h"
 #include "qxbase/framework/host_services.h"
+#include "qxbase/framework/stream_registry.h"
 #include "qxbase/panels/panel_geometry.h"
 
 namespace qx {
@@ -41,14 +42,6 @@ bool IsIntegerType(TVarType type)
 bool IsNumberType(TVarType type)
 {
     return IsIntegerType(type) || type == varSingle || type == varDouble || type == varBoolean;
-}
-
-// The class name without its C++ namespace, as help topics and descriptions use it.
-QString PlainClassName(const QMetaObject& Class)
-{
-    const QString name = QLatin1String(Class.className());
-    const qsizetype colons = name.lastIndexOf(QLatin1String("::"));
-    return colons < 0 ? name : name.mid(colons + 2);
 }
 
 }  // namespace
@@ -95,7 +88,7 @@ TKSMSSink::~TKSMSSink()
 
 QString TKSMSSink::GetDescription(const QMetaObject& Class)
 {
-    return QStringLiteral("Unassigned description for ") + PlainClassName(Class);
+    return QStringLiteral("Unassigned description for ") + StreamClassName(Class);
 }
 
 QImage TKSMSSink::GetClassIcon()
@@ -350,7 +343,7 @@ void TKSMSSink::DoToRepositoryItem() { AtelierConnection().PanelsToRepository();
 void TKSMSSink::DoHelpButtonItem()
 {
     if (HostServices().HTMLHelp)
-        HostServices().HTMLHelp(PlainClassName(*metaObject()), QString());
+        HostServices().HTMLHelp(StreamClassName(*metaObject()), QString());
 }
 
 bool TKSMSSink::event(QEvent* event)

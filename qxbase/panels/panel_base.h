@@ -57,7 +57,8 @@ class QXBASE_EXPORT TKSMSSink : public QWidget, public TQXControlSource, public 
     Q_PROPERTY(qint32 Color READ GetColor WRITE SetColor)
     Q_PROPERTY(bool IsPinned READ GetIsPinned WRITE SetIsPinned)
     Q_PROPERTY(bool EnableRunTimePropPage READ GetEnableRunTimePropPage WRITE SetEnableRunTimePropPage)
-    Q_PROPERTY(bool PanelEnabled READ GetPanelEnabled WRITE SetPanelEnable)
+    // Not stored: LoadFinished enables every panel, so a stored state would not survive a load.
+    Q_PROPERTY(bool PanelEnabled READ GetPanelEnabled WRITE SetPanelEnable STORED false)
     Q_PROPERTY(bool RunTimeVisible READ GetRunTimeVisible WRITE SetRunTimeVisible)
 
 public:

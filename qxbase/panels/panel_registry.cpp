@@ -57,7 +57,7 @@ void QxbasePanelsInitialize()
     registries.Sources = std::make_unique<QStringList>();
     // A page class registered by someone else stays theirs, also at the end.
     registries.PageRegistered =
-        FindStreamClass(QLatin1String(TKSPanelTabPage::staticMetaObject.className())) == nullptr;
+        FindStreamClass(StreamClassName(TKSPanelTabPage::staticMetaObject)) == nullptr;
     if (registries.PageRegistered)
         RegisterStreamClass<TKSPanelTabPage>();
 }
@@ -68,7 +68,7 @@ void QxbasePanelsFinalize()
     if (registries.Users == 0 || --registries.Users > 0)
         return;
     if (registries.PageRegistered)
-        UnregisterStreamClass(QLatin1String(TKSPanelTabPage::staticMetaObject.className()));
+        UnregisterStreamClass(StreamClassName(TKSPanelTabPage::staticMetaObject));
     registries.PageRegistered = false;
     registries.Panels.reset();
     registries.Sources.reset();

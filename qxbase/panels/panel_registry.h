@@ -50,13 +50,13 @@ QXBASE_EXPORT void RegisterKSSourceClass(const QString& ClassName, TStreamClassD
 template <class... T>
 void RegisterKSPanels()
 {
-    (RegisterKSPanelClass(QLatin1String(T::staticMetaObject.className()), MakePanelClassDescriptor<T>()), ...);
+    (RegisterKSPanelClass(StreamClassName(T::staticMetaObject), MakePanelClassDescriptor<T>()), ...);
 }
 
 template <class... T>
 void RegisterKSSources()
 {
-    (RegisterKSSourceClass(QLatin1String(T::staticMetaObject.className()), MakePanelClassDescriptor<T>()), ...);
+    (RegisterKSSourceClass(StreamClassName(T::staticMetaObject), MakePanelClassDescriptor<T>()), ...);
 }
 
 // The integer 0 for an empty list, otherwise an array of strings 0..count-1.

@@ -77,7 +77,7 @@ std::vector<QObject*> HeldChildren(const QObject& owner)
     std::vector<QObject*> held;
     for (QObject* child : owner.children())
         if (qobject_cast<TKSMSSink*>(child) != nullptr
-            || FindStreamClass(QLatin1String(child->metaObject()->className())) != nullptr)
+            || FindStreamClass(StreamClassName(*child->metaObject())) != nullptr)
             held.push_back(child);
     return held;
 }

@@ -31,7 +31,7 @@ protected:
     void SetUp() override { RegisterStreamClass(FGauge, MakePanelClassDescriptor<TDependentGauge>()); }
     void TearDown() override { UnregisterStreamClass(FGauge); }
 
-    const QString FGauge = QLatin1String(TDependentGauge::staticMetaObject.className());
+    const QString FGauge = StreamClassName(TDependentGauge::staticMetaObject);
     QWidget FPage;
     std::unique_ptr<QStringList> FList = std::make_unique<QStringList>();
 };

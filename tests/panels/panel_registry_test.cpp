@@ -21,8 +21,8 @@ public:
     static QString GetDependencies() { return QStringLiteral("gauge.bpl"); }
 };
 
-const QString KGauge = QLatin1String(TRegistryGauge::staticMetaObject.className());
-const QString KPage = QLatin1String(TKSPanelTabPage::staticMetaObject.className());
+const QString KGauge = StreamClassName(TRegistryGauge::staticMetaObject);
+const QString KPage = StreamClassName(TKSPanelTabPage::staticMetaObject);
 
 TEST(StringListVariant, EmptyListIsTheIntegerZeroAndLinesAStringArrayFromZero)
 {

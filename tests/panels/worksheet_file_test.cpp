@@ -165,10 +165,10 @@ TEST_F(WorksheetFile, WritingRefusesWhatCouldNotBeReadBack)
          [](WorksheetFile& f) { AddPanel(f.AddPage("P"), "P", {0, 0, 40, 40}); },
          R"(page "P", Component "P" (TRecordingPanel): the name "P" is used twice in the worksheet)"},
         {"unnamed page", [](WorksheetFile& f) { f.AddPage(""); },
-         R"(Component "" (qx::TKSPanelTabPage): the name is empty)"},
+         R"(Component "" (TKSPanelTabPage): the name is empty)"},
         {"panel of an unregistered class",
          [](WorksheetFile& f) { (new TKSMSSink(&f.AddPage("P")))->setObjectName("x"); },
-         R"(page "P", Component "x" (qx::TKSMSSink): class qx::TKSMSSink is not registered for streaming)"},
+         R"(page "P", Component "x" (TKSMSSink): class TKSMSSink is not registered for streaming)"},
     };
     for (const Row& row : rows) {
         FPages.clear();
@@ -183,10 +183,10 @@ TEST_F(WorksheetFile, WritingRefusesWhatCouldNotBeReadBack)
 }
 
 // A valid first page with two panels, one of them holding a panel, then page "Q" with `panels`.
-QByteArray Sheet(const QString& panels, const QString& qPage = R"("class": "qx::TKSPanelTabPage", "name": "Q")")
+QByteArray Sheet(const QString& panels, const QString& qPage = R"("class": "TKSPanelTabPage", "name": "Q")")
 {
     return QStringLiteral(R"({"format": "qxbase worksheet", "version": 1, "pages": [
-        {"class": "qx::TKSPanelTabPage", "name": "P", "panels": [
+        {"class": "TKSPanelTabPage", "name": "P", "panels": [
             {"class": "TRecordingPanel", "name": "a", "geometry": [0, 0, 40, 40],
              "components": [{"class": "TRecordingPanel", "name": "n", "geometry": [0, 0, 30, 30]}]},
             {"class": "TRecordingPanel", "name": "b", "geometry": [50, 0, 40, 40]}]},
@@ -220,15 +220,15 @@ TEST_F(WorksheetFile, ABadFileNamesThePlaceAndLeavesNothingBehind)
         {R"({"format": "qxbase worksheet", "version": 1})", R"(sheet.qxw: "pages" is missing)"},
         {R"({"format": "qxbase worksheet", "version": 1, "pages": [], "title": ""})",
          R"(sheet.qxw: unknown entry "title")"},
-        {Sheet("", R"("class": "qx::TKSPanelTabPage", "name": "Q", "tabs": 1)"), R"(sheet.qxw, page 2: unknown entry "tabs")"},
-        {Sheet("", R"("class": "qx::TKSPanelTabPage")"), R"(sheet.qxw, page 2: "name" is missing)"},
+        {Sheet("", R"("class": "TKSPanelTabPage", "name": "Q", "tabs": 1)"), R"(sheet.qxw, page 2: unknown entry "tabs")"},
+        {Sheet("", R"("class": "TKSPanelTabPage")"), R"(sheet.qxw, page 2: "name" is missing)"},
         {Sheet("", R"("class": "TRecordingPanel", "name": "Q")"),
          R"(sheet.qxw, Component "Q" (TRecordingPanel): not a worksheet page)"},
-        {Sheet("", R"("class": "qx::TKSPanelTabPage", "name": "Q", "properties": {"ShowGrid": 1})"),
-         R"(sheet.qxw, Component "Q" (qx::TKSPanelTabPage), property "ShowGrid": boolean expected but integer found)"},
+        {Sheet("", R"("class": "TKSPanelTabPage", "name": "Q", "properties": {"ShowGrid": 1})"),
+         R"(sheet.qxw, Component "Q" (TKSPanelTabPage), property "ShowGrid": boolean expected but integer found)"},
         {Sheet("7"), p + "panel 1: object expected but integer found"},
         {Sheet(R"({"class": "TNoSuchPanel", "name": "x"})"), p + R"(Component "x": Class TNoSuchPanel not found)"},
-        {Sheet(R"({"class": "qx::TKSPanelTabPage", "name": "x"})"), p + R"(Component "x" (qx::TKSPanelTabPage): not a panel)"},
+        {Sheet(R"({"class": "TKSPanelTabPage", "name": "x"})"), p + R"(Component "x" (TKSPanelTabPage): not a panel)"},
         {Sheet(Panel(R"(, "properties": {"Gain": "high"})")), x + R"(, property "Gain": float expected but string found)"},
         {Sheet(R"({"class": "TRecordingPanel", "name": "x"})"), x + R"(: "geometry" is missing)"},
         {Sheet(R"({"class": "TRecordingPanel", "name": "x", "geometry": [0, 0, 40]})"),
