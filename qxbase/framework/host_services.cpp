@@ -1,6 +1,5 @@
 #include "qxbase/framework/host_services.h"
 
-#include <QApplication>
 #include <QColorDialog>
 #include <QDesktopServices>
 #include <QFileDialog>
@@ -23,16 +22,9 @@ bool DefaultHTMLHelp(const QString& topic, const QString& file)
     return QDesktopServices::openUrl(QUrl::fromLocalFile(file));
 }
 
-QObject* DefaultFindContainerComponent(const QString& name)
+QObject* DefaultGetContainer(const QObject* component)
 {
-    if (name.isEmpty())
-        return nullptr;
-    for (QWidget* top : QApplication::topLevelWidgets()) {
-        if (top->objectName() == name)
-            return top;
-        if (QObject* found = top->findChild<QObject*>(name))
-            return found;
-    }
+    Q_UNUSED(component);
     return nullptr;
 }
 
@@ -74,7 +66,7 @@ THostServices Defaults()
 {
     THostServices services;
     services.HTMLHelp = DefaultHTMLHelp;
-    services.FindContainerComponent = DefaultFindContainerComponent;
+    services.GetContainer = DefaultGetContainer;
     services.GetSaveFileName = DefaultGetSaveFileName;
     services.ChooseColor = DefaultChooseColor;
     services.MessageBox = DefaultMessageBox;

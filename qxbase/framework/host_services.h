@@ -19,9 +19,9 @@ struct QXBASE_EXPORT THostServices {
     // shown. Default: opens `file` with the desktop's viewer when it exists, else false.
     std::function<bool(const QString& topic, const QString& file)> HTMLHelp;
 
-    // The container message: the component called `name` in the host's worksheet, or null.
-    // Default: the first object with that name below any top-level widget.
-    std::function<QObject*(const QString& name)> FindContainerComponent;
+    // The container message: the container (worksheet) of a component that has no owner, or
+    // null. Default: null, as a component outside every worksheet has no container.
+    std::function<QObject*(const QObject* component)> GetContainer;
 
     // Asks for a file to save to; an empty result means cancelled. Default: QFileDialog.
     std::function<QString(QWidget* parent, const QString& caption, const QString& filter,
