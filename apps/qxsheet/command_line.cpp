@@ -26,6 +26,20 @@ TCommand ParseScan(const QStringList& arguments)
     return command;
 }
 
+TCommand ParseBindings(const QStringList& arguments)
+{
+    if (arguments.size() > 2)
+        return Error(QStringLiteral("bindings takes one worksheet at most"));
+    TCommand command;
+    command.Kind = TCommand::cmdBindings;
+    if (arguments.size() == 2) {
+        if (arguments[1].startsWith('-'))
+            return Error(QStringLiteral("unknown option \"%1\"").arg(arguments[1]));
+        command.File = arguments[1];
+    }
+    return command;
+}
+
 TCommand ParseWorksheet(const QStringList& arguments)
 {
     TCommand command;
@@ -63,6 +77,7 @@ TCommand ParseCommandLine(const QStringList& arguments)
         command.Kind = TCommand::cmdTour;
         return command;
     }
+    if (arguments[0] == "bindings") return ParseBindings(arguments);
     return ParseWorksheet(arguments);
 }
 
@@ -74,6 +89,9 @@ QString UsageText()
         "                             render the worksheet in design mode to PNG, headless\n"
         "       qxsheet tour          the console tour: the property-and-event bus, the channel\n"
         "                             model, thermocouples and a module search on a simulated bus\n"
+        "       qxsheet bindings [FILE]\n"
+        "                             headless: toggle the worksheet's switch twice, press its\n"
+        "                             button and print the property updates that follow\n"
         "       qxsheet scan --port N search the amplifier-module bus on COM N (the device is\n"
         "                             $QX_COM<N> if set, else /dev/ttyS<N-1>)\n");
 }

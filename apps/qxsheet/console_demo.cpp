@@ -20,23 +20,6 @@ void Section(QTextStream& out, const QString& title)
     out << Qt::endl << "== " << title << " ==" << Qt::endl;
 }
 
-QString ValueText(qx::TQXControlSource& source, qx::TQXPropertyHandle handle)
-{
-    qx::Variant value;
-    if (!source.GetPropertyValue(handle, value)) return QStringLiteral("<no value>");
-    std::uint16_t type = 0;
-    QString info;
-    source.GetPropertyType(handle, type, info);
-    if (type == qx::varQXEnumeration) {
-        qx::Variant list;
-        source.GetEnumerationList(handle, list);
-        const int index = value.ToInteger();
-        if (list.IsArray() && index >= list.ArrayLowBound() && index <= list.ArrayHighBound())
-            return list.ArrayElement(index).ToString();
-    }
-    return value.ToString();
-}
-
 // Writes one channel definition as text, reads it back and shows every field.
 void ShowChannelDefinition(QTextStream& out)
 {
@@ -110,7 +93,7 @@ int RunConsoleDemo(QTextStream& out)
     display.OnValueUpdated = [&out, &thermometer](qx::TQXEventLink*, std::uint32_t handle) {
         QString name;
         thermometer->GetPropertyNameFromHandle(handle, name);
-        out << "  display  " << name << " = " << ValueText(*thermometer, handle) << Qt::endl;
+        out << "  display  " << name << " = " << PropertyValueText(*thermometer, handle) << Qt::endl;
     };
     display.OnSourceDestroyed = [&out](qx::TQXEventLink* link) {
         out << "  display  its source is being destroyed; the link lets go" << Qt::endl;

@@ -6,25 +6,119 @@
 #include <algorithm>
 #include <cmath>
 
+#include "apps/qxsheet/demo_clients.h"
+#include "qxbase/framework/exception.h"
 #include "qxbase/panels/panel_geometry.h"
 #include "qxbase/panels/panel_registry.h"
 
 namespace qxsheet {
 namespace {
 
-// The content area, filled with the panel's colour.
-QRect FillContent(QPainter& canvas, const qx::TKSMSSink& panel)
+// Far from the panel base's own identifiers, so a look at FIdentifier never confuses the two.
+enum : std::uint32_t { PropValue = 100, PropOn, PropLampColor };
+
+qx::Variant OffOnList()
 {
-    const QRect area = panel.AdjustClientRect();
-    canvas.fillRect(area, qx::ColorToQColor(panel.GetColor()));
-    return area;
+    qx::Variant list = qx::Variant::CreateArray(0, 1, qx::varVariant);
+    list.SetArrayElement(0, QStringLiteral("Off"));
+    list.SetArrayElement(1, QStringLiteral("On"));
+    return list;
+}
+
+// A written value as a number; false for one that has none (a text that is not a number, Null).
+bool ToNumber(const qx::Variant& Value, double& Number)
+{
+    try {
+        Number = Value.ToDouble();
+        return std::isfinite(Number);
+    } catch (const qx::Exception&) {
+        return false;
+    }
+}
+
+// "On" and "Off" by their texts, anything else with a number by that number not being 0.
+bool ToOnOff(const qx::Variant& Value, bool& On)
+{
+    if (Value.VarType() == qx::varOleStr) {
+        const QString text = Value.ToString();
+        if (text != QLatin1String("On") && text != QLatin1String("Off"))
+            return false;
+        On = text == QLatin1String("On");
+        return true;
+    }
+    double number = 0.0;
+    if (!ToNumber(Value, number))
+        return false;
+    On = number != 0.0;
+    return true;
+}
+
+// A bus property backed by a double field: reads give a double, writes take anything with a
+// number and leave the field alone otherwise.
+qx::TQXPropertyGetSet DoubleAccess(TDemoPanel* Panel, double* Field)
+{
+    return [Panel, Field](qx::TQXPropertyItem*, bool Get, bool, qx::Variant& Value) {
+        if (Get) {
+            Value = *Field;
+            return qx::S_OK;
+        }
+        double number = 0.0;
+        if (!ToNumber(Value, number))
+            return qx::E_FAIL;
+        *Field = number;
+        Panel->update();
+        return qx::S_OK;
+    };
 }
 
 }  // namespace
 
-TDemoValueDisplay::TDemoValueDisplay(QWidget* parent) : TKSMSSink(parent)
+QString ColorTypeInfo()
+{
+    return QStringLiteral("TColor");
+}
+
+TDemoPanel::TDemoPanel(QWidget* parent) : TKSMSSink(parent) {}
+
+void TDemoPanel::SetPanelEnable(bool Value)
+{
+    TKSMSSink::SetPanelEnable(Value);
+    update();
+}
+
+QRect FillPanelContent(QPainter& Canvas, const qx::TKSMSSink& Panel)
+{
+    const QRect area = Panel.AdjustClientRect();
+    Canvas.fillRect(area, qx::ColorToQColor(Panel.GetColor()));
+    return area;
+}
+
+void PaintDisabledVeil(QPainter& Canvas, const QRect& Area, const qx::TKSMSSink& Panel)
+{
+    if (Panel.GetPanelEnabled())
+        return;
+    Canvas.fillRect(Area, QColor(128, 128, 128, 170));
+    Canvas.fillRect(Area, QBrush(QColor(64, 64, 64), Qt::BDiagPattern));
+}
+
+void TDemoPanel::SetCaption(const QString& Value)
+{
+    TKSMSSink::SetCaption(Value);
+    TQXControlSource::SetObjectDescription(Value);
+}
+
+void TDemoPanel::ValueChanged(const QString& PropertyName)
+{
+    update();
+    if (!GetIsLoaded())
+        EventFirePropertyUpdated(PropertyName);
+}
+
+TDemoValueDisplay::TDemoValueDisplay(QWidget* parent) : TDemoPanel(parent)
 {
     SetColor(qx::clBlack);
+    // The base constructor could only register the base's properties.
+    ClearProperties();
 }
 
 QString TDemoValueDisplay::GetDescription(const QMetaObject&)
@@ -32,10 +126,19 @@ QString TDemoValueDisplay::GetDescription(const QMetaObject&)
     return QStringLiteral("Value display: a number with its unit");
 }
 
+void TDemoValueDisplay::ClearProperties()
+{
+    TDemoPanel::ClearProperties();
+    RegisterProperty(QStringLiteral("Displayed value"), QStringLiteral("Value"), DoubleAccess(this, &FValue),
+                     qx::varDouble, QString(), false, 0.0, 0.0, PropValue);
+}
+
 void TDemoValueDisplay::SetValue(double Value)
 {
+    if (Value == FValue)
+        return;
     FValue = Value;
-    update();
+    ValueChanged(QStringLiteral("Value"));
 }
 
 void TDemoValueDisplay::SetUnit(const QString& Value)
@@ -59,7 +162,7 @@ QString TDemoValueDisplay::GetDisplayText() const
 void TDemoValueDisplay::Paint(QPainter& Canvas)
 {
     TKSMSSink::Paint(Canvas);
-    const QRect area = FillContent(Canvas, *this);
+    const QRect area = FillPanelContent(Canvas, *this);
     const QString text = GetDisplayText();
     QFont font = Canvas.font();
     font.setBold(true);
@@ -71,11 +174,13 @@ void TDemoValueDisplay::Paint(QPainter& Canvas)
     Canvas.setFont(font);
     Canvas.setPen(qx::ColorToQColor(qx::clLime));
     Canvas.drawText(area, Qt::AlignCenter, text);
+    PaintDisabledVeil(Canvas, area, *this);
 }
 
-TDemoLamp::TDemoLamp(QWidget* parent) : TKSMSSink(parent)
+TDemoLamp::TDemoLamp(QWidget* parent) : TDemoPanel(parent)
 {
     SetColor(qx::clGray);
+    ClearProperties();
 }
 
 QString TDemoLamp::GetDescription(const QMetaObject&)
@@ -83,16 +188,54 @@ QString TDemoLamp::GetDescription(const QMetaObject&)
     return QStringLiteral("Lamp: on or off in a colour");
 }
 
+void TDemoLamp::ClearProperties()
+{
+    TDemoPanel::ClearProperties();
+    RegisterProperty(
+        QStringLiteral("Lamp on"), QStringLiteral("On"),
+        [this](qx::TQXPropertyItem*, bool Get, bool, qx::Variant& Value) {
+            if (Get) {
+                Value = qx::Variant(std::int32_t{FOn ? 1 : 0});
+                return qx::S_OK;
+            }
+            if (!ToOnOff(Value, FOn))
+                return qx::E_FAIL;
+            update();
+            return qx::S_OK;
+        },
+        qx::varQXEnumeration, OffOnList(), PropOn);
+    RegisterProperty(
+        QStringLiteral("Lamp colour"), QStringLiteral("LampColor"),
+        [this](qx::TQXPropertyItem*, bool Get, bool, qx::Variant& Value) {
+            if (Get) {
+                Value = qx::Variant(std::int32_t{FLampColor});
+                return qx::S_OK;
+            }
+            try {
+                FLampColor = Value.ToInteger();
+            } catch (const qx::Exception&) {
+                return qx::E_FAIL;
+            }
+            update();
+            return qx::S_OK;
+        },
+        qx::varInteger, ColorTypeInfo(), false, 0.0, 0.0, PropLampColor);
+}
+
 void TDemoLamp::SetOn(bool Value)
 {
+    if (Value == FOn)
+        return;
     FOn = Value;
-    update();
+    ValueChanged(QStringLiteral("On"));
 }
 
 void TDemoLamp::SetLampColor(qx::TColor Value)
 {
+    if (Value == FLampColor)
+        return;
     FLampColor = Value;
-    update();
+    ValueChanged(QStringLiteral("LampColor"));
 }
 
 qx::TColor TDemoLamp::GetShownColor() const
@@ -104,7 +247,7 @@ qx::TColor TDemoLamp::GetShownColor() const
 void TDemoLamp::Paint(QPainter& Canvas)
 {
     TKSMSSink::Paint(Canvas);
-    const QRect area = FillContent(Canvas, *this);
+    const QRect area = FillPanelContent(Canvas, *this);
     const int diameter = std::max(0, std::min(area.width(), area.height()) - 8);
     QRect lamp(0, 0, diameter, diameter);
     lamp.moveCenter(area.center());
@@ -113,11 +256,13 @@ void TDemoLamp::Paint(QPainter& Canvas)
     Canvas.setBrush(qx::ColorToQColor(GetShownColor()));
     Canvas.drawEllipse(lamp);
     Canvas.setRenderHint(QPainter::Antialiasing, false);
+    PaintDisabledVeil(Canvas, area, *this);
 }
 
-TDemoBarMeter::TDemoBarMeter(QWidget* parent) : TKSMSSink(parent)
+TDemoBarMeter::TDemoBarMeter(QWidget* parent) : TDemoPanel(parent)
 {
     SetColor(qx::clSilver);
+    ClearProperties();
 }
 
 QString TDemoBarMeter::GetDescription(const QMetaObject&)
@@ -125,10 +270,19 @@ QString TDemoBarMeter::GetDescription(const QMetaObject&)
     return QStringLiteral("Bar meter: a value between two limits");
 }
 
+void TDemoBarMeter::ClearProperties()
+{
+    TDemoPanel::ClearProperties();
+    RegisterProperty(QStringLiteral("Bar value"), QStringLiteral("Value"), DoubleAccess(this, &FValue),
+                     qx::varDouble, QString(), false, 0.0, 0.0, PropValue);
+}
+
 void TDemoBarMeter::SetValue(double Value)
 {
+    if (Value == FValue)
+        return;
     FValue = Value;
-    update();
+    ValueChanged(QStringLiteral("Value"));
 }
 
 void TDemoBarMeter::SetMinimum(double Value)
@@ -158,22 +312,24 @@ double TDemoBarMeter::GetFraction() const
 void TDemoBarMeter::Paint(QPainter& Canvas)
 {
     TKSMSSink::Paint(Canvas);
-    const QRect area = FillContent(Canvas, *this);
+    const QRect area = FillPanelContent(Canvas, *this);
     const QRect track = area.adjusted(6, 6, -6, -6);
-    if (track.width() <= 0 || track.height() <= 0) return;
-    Canvas.fillRect(track, qx::ColorToQColor(qx::clWhite));
-    QRect bar = track;
-    bar.setWidth(static_cast<int>(std::lround(track.width() * GetFraction())));
-    Canvas.fillRect(bar, qx::ColorToQColor(FBarColor));
-    Canvas.setPen(qx::ColorToQColor(qx::clBlack));
-    Canvas.drawRect(track.adjusted(0, 0, -1, -1));
-    Canvas.drawText(track, Qt::AlignCenter, QString::number(FValue, 'g', 4));
+    if (track.width() > 0 && track.height() > 0) {
+        Canvas.fillRect(track, qx::ColorToQColor(qx::clWhite));
+        QRect bar = track;
+        bar.setWidth(static_cast<int>(std::lround(track.width() * GetFraction())));
+        Canvas.fillRect(bar, qx::ColorToQColor(FBarColor));
+        Canvas.setPen(qx::ColorToQColor(qx::clBlack));
+        Canvas.drawRect(track.adjusted(0, 0, -1, -1));
+        Canvas.drawText(track, Qt::AlignCenter, QString::number(FValue, 'g', 4));
+    }
+    PaintDisabledVeil(Canvas, area, *this);
 }
 
 void RegisterDemoPanels()
 {
     static const bool registered = [] {
-        qx::RegisterKSPanels<TDemoValueDisplay, TDemoLamp, TDemoBarMeter>();
+        qx::RegisterKSPanels<TDemoValueDisplay, TDemoLamp, TDemoBarMeter, TDemoSwitchPanel, TDemoButtonPanel>();
         return true;
     }();
     (void)registered;

@@ -4,13 +4,41 @@
 #include <QWidget>
 
 #include "qxbase/framework/color.h"
+#include "qxbase/framework/variant.h"
 #include "qxbase/panels/panel_base.h"
 
-// The panels the demo worksheet is made of. Each draws inside AdjustClientRect() on its Color.
+// The panels the demo worksheet is made of. Each draws inside AdjustClientRect() on its Color
+// and publishes its values on the bus: a write through the bus changes the panel and repaints
+// it, and a change made by other means (the setters) fires "SysPropertyUpdated".
 namespace qxsheet {
 
-// A number with its unit, in large digits.
-class TDemoValueDisplay : public qx::TKSMSSink {
+// Fills the panel's content area with its colour and returns the area.
+QRect FillPanelContent(QPainter& Canvas, const qx::TKSMSSink& Panel);
+// Lays the grey veil of a disabled panel ("PanelEnable" written 0 or "Disabled") over `Area`;
+// nothing while the panel is enabled.
+void PaintDisabledVeil(QPainter& Canvas, const QRect& Area, const qx::TKSMSSink& Panel);
+
+// What the demo's display panels share.
+class TDemoPanel : public qx::TKSMSSink {
+    Q_OBJECT
+
+public:
+    explicit TDemoPanel(QWidget* parent = nullptr);
+
+    // Repaints, for the veil.
+    void SetPanelEnable(bool Value) override;
+    // The caption is the panel's description on the bus too, which property pages and traces
+    // show.
+    void SetCaption(const QString& Value) override;
+
+protected:
+    // Repaints, and tells the bus unless the panel is being read from a stream (nobody listens
+    // yet, and LoadFinished announces every property anyway).
+    void ValueChanged(const QString& PropertyName);
+};
+
+// A number with its unit, in large digits. Bus property "Value" (double).
+class TDemoValueDisplay : public TDemoPanel {
     Q_OBJECT
     Q_PROPERTY(double Value READ GetValue WRITE SetValue)
     Q_PROPERTY(QString Unit READ GetUnit WRITE SetUnit)
@@ -19,6 +47,8 @@ class TDemoValueDisplay : public qx::TKSMSSink {
 public:
     explicit TDemoValueDisplay(QWidget* parent = nullptr);
     static QString GetDescription(const QMetaObject& Class);
+
+    void ClearProperties() override;
 
     double GetValue() const { return FValue; }
     void SetValue(double Value);
@@ -39,8 +69,9 @@ private:
     int FDecimals = 1;
 };
 
-// A round lamp, lit in its colour or dimmed.
-class TDemoLamp : public qx::TKSMSSink {
+// A round lamp, lit in its colour or dimmed. Bus properties "On" (enumeration "Off", "On") and
+// "LampColor" (a colour as an integer).
+class TDemoLamp : public TDemoPanel {
     Q_OBJECT
     Q_PROPERTY(bool On READ GetOn WRITE SetOn)
     Q_PROPERTY(qint32 LampColor READ GetLampColor WRITE SetLampColor)
@@ -48,6 +79,8 @@ class TDemoLamp : public qx::TKSMSSink {
 public:
     explicit TDemoLamp(QWidget* parent = nullptr);
     static QString GetDescription(const QMetaObject& Class);
+
+    void ClearProperties() override;
 
     bool GetOn() const { return FOn; }
     void SetOn(bool Value);
@@ -64,8 +97,9 @@ private:
     qx::TColor FLampColor = qx::clLime;
 };
 
-// A horizontal bar filled in proportion to where Value lies between Minimum and Maximum.
-class TDemoBarMeter : public qx::TKSMSSink {
+// A horizontal bar filled in proportion to where Value lies between Minimum and Maximum. Bus
+// property "Value" (double).
+class TDemoBarMeter : public TDemoPanel {
     Q_OBJECT
     Q_PROPERTY(double Value READ GetValue WRITE SetValue)
     Q_PROPERTY(double Minimum READ GetMinimum WRITE SetMinimum)
@@ -75,6 +109,8 @@ class TDemoBarMeter : public qx::TKSMSSink {
 public:
     explicit TDemoBarMeter(QWidget* parent = nullptr);
     static QString GetDescription(const QMetaObject& Class);
+
+    void ClearProperties() override;
 
     double GetValue() const { return FValue; }
     void SetValue(double Value);
@@ -97,7 +133,11 @@ private:
     qx::TColor FBarColor = qx::clBlue;
 };
 
-// Registers the demo panels with the panel registry; later calls do nothing.
+// The type information of the demo's colour properties, "TColor".
+QString ColorTypeInfo();
+
+// Registers the demo panels (binding clients included) with the panel registry; later calls do
+// nothing.
 void RegisterDemoPanels();
 
 }  // namespace qxsheet

@@ -2,6 +2,7 @@
 #include <QCoreApplication>
 #include <QTextStream>
 
+#include "apps/qxsheet/bindings_demo.h"
 #include "apps/qxsheet/command_line.h"
 #include "apps/qxsheet/console_demo.h"
 #include "apps/qxsheet/module_scan_demo.h"
@@ -12,9 +13,10 @@ namespace {
 int RunWorksheet(int argc, char** argv, const qxsheet::TCommand& command, QTextStream& out, QTextStream& err)
 {
     const bool noPlatform = qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
-    if (!command.Snapshot.isEmpty() && noPlatform) {
+    const bool headless = !command.Snapshot.isEmpty() || command.Kind == qxsheet::TCommand::cmdBindings;
+    if (headless && noPlatform) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    } else if (command.Snapshot.isEmpty() && noPlatform && qEnvironmentVariableIsEmpty("DISPLAY")
+    } else if (!headless && noPlatform && qEnvironmentVariableIsEmpty("DISPLAY")
                && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
         err << "qxsheet: no display to open a window on (DISPLAY and WAYLAND_DISPLAY are empty);"
                " try --snapshot FILE.png or \"qxsheet tour\""
@@ -22,6 +24,8 @@ int RunWorksheet(int argc, char** argv, const qxsheet::TCommand& command, QTextS
         return 1;
     }
     QApplication app(argc, argv);
+    if (command.Kind == qxsheet::TCommand::cmdBindings)
+        return qxsheet::RunBindingsDemo(command.File, out, err);
     if (!command.Snapshot.isEmpty())
         return qxsheet::RunSnapshot(command.File, command.Snapshot, out, err);
     return qxsheet::RunWorksheetWindow(command.File, err);
@@ -56,6 +60,7 @@ int main(int argc, char** argv)
         return result;
     }
     case qxsheet::TCommand::cmdWorksheet:
+    case qxsheet::TCommand::cmdBindings:
         break;
     }
     return RunWorksheet(argc, argv, command, out, err);

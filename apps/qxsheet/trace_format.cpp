@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+#include "qxbase/framework/exception.h"
+
 namespace qxsheet {
 namespace {
 
@@ -40,6 +42,29 @@ QString FormatTraceLine(const QString& line)
         parts << QStringLiteral("%1=\"%2\"").arg(name, fields[i]);
     }
     return parts.join(QLatin1Char(' '));
+}
+
+QString PropertyValueText(qx::TQXControlSource& source, qx::TQXPropertyHandle handle)
+{
+    const QString none = QStringLiteral("<no value>");
+    qx::Variant value;
+    if (!source.GetPropertyValue(handle, value)) return none;
+    std::uint16_t type = 0;
+    QString info;
+    source.GetPropertyType(handle, type, info);
+    try {
+        if (type == qx::varQXEnumeration) {
+            qx::Variant list;
+            source.GetEnumerationList(handle, list);
+            const int index = value.ToInteger();
+            if (list.IsArray() && index >= list.ArrayLowBound() && index <= list.ArrayHighBound())
+                return list.ArrayElement(index).ToString();
+        }
+        return value.ToString();
+    } catch (const qx::Exception&) {
+        // Null and arrays have no text.
+        return none;
+    }
 }
 
 }  // namespace qxsheet
