@@ -10,6 +10,8 @@
 #include "qxbase/control/debug_event_source.h"
 #include "qxbase/control/event_link.h"
 #include "qxbase/framework/exception.h"
+#include "qxbase/framework/host_services.h"
+#include "qxbase/framework/stream_registry.h"
 #include "qxbase/panels/panel_tab_page.h"
 #include "qxbase/panels/worksheet_file.h"
 
@@ -69,7 +71,7 @@ QString BindingValueText(const qx::TKSControlSourcePropListItem& Item, const qx:
 
 void ListBindings(QTextStream& out, const TDemoClientPanel& Client)
 {
-    out << Client.metaObject()->className() << " " << Client.objectName() << " (\"" << Client.GetCaption()
+    out << qx::StreamClassName(*Client.metaObject()) << " " << Client.objectName() << " (\"" << Client.GetCaption()
         << "\"):" << Qt::endl;
     const qx::TKSControlSourcePropList& bindings = Client.GetPropInputList();
     if (bindings.empty())
@@ -131,7 +133,8 @@ int RunBindingsDemo(const QString& Path, QTextStream& out, QTextStream& err)
         return 1;
     }
 
-    out << "Bindings in " << window->GetPath() << ", as loaded:" << Qt::endl;
+    out << "qxsheet - binding walk-through: a switch and a button set properties of other panels"
+        << Qt::endl << Qt::endl << "Bindings in " << window->GetPath() << ", as loaded:" << Qt::endl;
     for (const TDemoClientPanel* client : clients)
         ListBindings(out, *client);
 
@@ -139,7 +142,8 @@ int RunBindingsDemo(const QString& Path, QTextStream& out, QTextStream& err)
     qx::TQXEventLink viewer;
     viewer.OnEvent = [&out](qx::TQXEventLink*, std::uint32_t, qx::TQXEventClass eventClass, const QString& text) {
         if (eventClass == qx::qxecDebugClientMessage)
-            out << "  trace  " << FormatTraceLine(text) << Qt::endl;
+            // Plain debug messages carry no kind and no fields.
+            out << "  trace  " << (text.contains(QChar(8)) ? FormatTraceLine(text) : text) << Qt::endl;
     };
     viewer.SetEventSource(qx::FDebugEventSource());
 
@@ -153,6 +157,14 @@ int RunBindingsDemo(const QString& Path, QTextStream& out, QTextStream& err)
     }
     step(QStringLiteral("press button %1").arg(button->objectName()));
     button->Press();
+
+    // Panels go in stacking order, so the bound ones go before their clients, which drop the
+    // bindings and say so.
+    step(QStringLiteral("close the worksheet"));
+    const auto systemOutput = qx::HostServices().DebugOutput;
+    qx::HostServices().DebugOutput = [&out](const QString& text) { out << "  debug output  " << text << Qt::endl; };
+    window.reset();
+    qx::HostServices().DebugOutput = systemOutput;
     viewer.SetEventSource(nullptr);
     return 0;
 }

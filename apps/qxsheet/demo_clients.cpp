@@ -46,17 +46,17 @@ TDemoClientPanel::TDemoClientPanel(QWidget* parent) : TKSSourceControlClient(par
 bool TDemoClientPanel::CanClientHandle(qx::TKSControlSourcePropListItem* Item, qx::TQXPropertyHandle Handle,
                                        const QString& Name)
 {
-    Q_UNUSED(Item);
     Q_UNUSED(Handle);
-    return Name != QLatin1String("ShowPropertypage");
+    if (Name == QLatin1String("ShowPropertypage"))
+        return false;
+    // A panel acting on itself would write into its own clicks.
+    const qx::TQXControlSource* self = this;
+    return Item == nullptr || (Item->FSource != self && GetPanelByName(Item->FPanelName) != self);
 }
 
 bool TDemoClientPanel::CanClientAdd(qx::TKSControlSourcePropListItem* Item, qx::TQXPropertyHandle Handle,
                                     const QString& Name)
 {
-    // A panel acting on itself would write into its own clicks.
-    if (Item != nullptr && Item->FSource == static_cast<qx::TQXControlSource*>(this))
-        return false;
     return CanClientHandle(Item, Handle, Name);
 }
 

@@ -21,8 +21,8 @@ class TDemoClientPanel : public qx::TKSSourceControlClient {
 public:
     explicit TDemoClientPanel(QWidget* parent = nullptr);
 
-    // Any property of another panel that can be written, except "ShowPropertypage": a button
-    // that opens a page modally is not what these panels are for.
+    // Any property of another panel, except "ShowPropertypage": a switch that opens a page
+    // modally is not what these panels are for.
     bool CanClientHandle(qx::TKSControlSourcePropListItem* Item, qx::TQXPropertyHandle Handle,
                          const QString& Name) override;
     bool CanClientAdd(qx::TKSControlSourcePropListItem* Item, qx::TQXPropertyHandle Handle,

@@ -97,7 +97,7 @@ TEST_F(Worksheet, DesignSwitchReachesEveryPanelOfEveryPage)
 {
     const std::unique_ptr<TWorksheetWindow> window = OpenWorksheetWindow({});
     const std::vector<qx::TKSMSSink*> panels = AllPanels(*window);
-    ASSERT_EQ(panels.size(), 6U);
+    ASSERT_EQ(panels.size(), 8U);
     window->GetDesignAction()->trigger();
     for (qx::TKSMSSink* panel : panels) {
         EXPECT_TRUE(panel->GetDesignMode()) << panel->objectName().toStdString();

@@ -1,0 +1,356 @@
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QFile>
+#include <QImage>
+#include <QMenu>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTextStream>
+#include <QTimer>
+#include <QTreeWidget>
+#include <functional>
+#include <stdexcept>
+
+#include "apps/qxsheet/bindings_demo.h"
+#include "apps/qxsheet/demo_clients.h"
+#include "apps/qxsheet/demo_panels.h"
+#include "apps/qxsheet/worksheet_app.h"
+#include "qxbase/control/event_link.h"
+#include "qxbase/framework/host_services.h"
+#include "qxbase/panels/ctrl_client_prop_selector.h"
+#include "qxbase/panels/panel_tab_page.h"
+#include "qxbase/panels/source_control_property_page.h"
+#include "qxbase/panels/worksheet_file.h"
+#include "tests/framework/print_qstring.h"
+
+using namespace qxsheet;
+
+namespace {
+
+template <class T>
+T& Get(const QObject& root, const char* name)
+{
+    T* found = root.findChild<T*>(QString::fromLatin1(name));
+    if (found == nullptr) throw std::runtime_error(std::string("no panel ") + name);
+    return *found;
+}
+
+qx::TQXPropertyHandle Handle(const qx::TQXControlSource& source, const char* name)
+{
+    qx::TQXPropertyHandle handle = 0;
+    source.GetPropertyHandle(QString::fromLatin1(name), handle);
+    return handle;
+}
+
+bool Write(qx::TQXControlSource& source, const char* name, const qx::Variant& value)
+{
+    return source.SetPropertyValue(nullptr, Handle(source, name), value);
+}
+
+// "panel->property active/passive", with the type of the values, and whether it is resolved.
+QStringList BindingLines(const qx::TKSSourceControlClient& client)
+{
+    QStringList lines;
+    for (const auto& item : client.GetPropInputList())
+        lines << QStringLiteral("%1->%2 %3:%4/%5:%6%7")
+                     .arg(item->FPanelName, item->FPropertyName, item->FActiveValue.ToString())
+                     .arg(item->FActiveValue.VarType())
+                     .arg(item->FPassiveValue.ToString())
+                     .arg(item->FPassiveValue.VarType())
+                     .arg(item->FSource == client.GetPanelByName(item->FPanelName) && item->FSource ? "" : " unresolved");
+    return lines;
+}
+
+// The names of the properties a source announces as updated.
+struct TUpdates {
+    explicit TUpdates(qx::TQXControlSource& source)
+    {
+        FLink.OnValueUpdated = [this, &source](qx::TQXEventLink*, std::uint32_t handle) {
+            QString name;
+            source.GetPropertyNameFromHandle(handle, name);
+            FNames << name;
+        };
+        FLink.SetEventSource(&source);
+    }
+    qx::TQXEventLink FLink;
+    QStringList FNames;
+};
+
+QPoint Centre(const QWidget& widget)
+{
+    return widget.rect().center();
+}
+
+TEST(DemoPanelBus, WritesChangeThePanelAndOnlyUsableValuesAreTaken)
+{
+    TDemoLamp lamp;
+    const struct {
+        qx::Variant value;
+        bool on;
+    } lampRows[] = {
+        {qx::Variant("Off"), false}, {qx::Variant(true), true},   {qx::Variant(std::int32_t{0}), false},
+        {qx::Variant("maybe"), false}, {qx::Variant(2.5), true}, {qx::Variant::Null(), true},
+    };
+    for (const auto& row : lampRows) {
+        Write(lamp, "On", row.value);
+        EXPECT_EQ(lamp.GetOn(), row.on) << row.value.VarType();
+    }
+    qx::Variant read;
+    ASSERT_TRUE(lamp.GetPropertyValue(Handle(lamp, "On"), read));
+    EXPECT_EQ(read, qx::Variant(std::int32_t{1}));
+    Write(lamp, "LampColor", qx::Variant(std::int32_t{qx::clRed}));
+    EXPECT_EQ(lamp.GetLampColor(), qx::clRed);
+
+    TDemoValueDisplay display;
+    Write(display, "Value", qx::Variant("12.5"));
+    EXPECT_EQ(display.GetValue(), 12.5);
+    Write(display, "Value", qx::Variant("twelve"));
+    Write(display, "Value", qx::Variant::Null());
+    EXPECT_EQ(display.GetValue(), 12.5);
+    TDemoBarMeter meter;
+    Write(meter, "Value", qx::Variant(std::int32_t{40}));
+    EXPECT_EQ(meter.GetFraction(), 0.4);
+}
+
+// A bus write is announced once, by the bus; a setter announces a change itself, and only a
+// change.
+TEST(DemoPanelBus, EveryChangeIsAnnouncedOnce)
+{
+    TDemoValueDisplay display;
+    TDemoLamp lamp;
+    TUpdates displayUpdates(display);
+    TUpdates lampUpdates(lamp);
+    Write(display, "Value", qx::Variant(7.0));
+    display.SetValue(3.0);
+    display.SetValue(3.0);
+    display.SetUnit(QStringLiteral("bar"));
+    lamp.SetOn(true);
+    lamp.SetLampColor(qx::clBlue);
+    Write(lamp, "On", qx::Variant("Off"));
+    EXPECT_EQ(displayUpdates.FNames, QStringList({"Value", "Value"}));
+    EXPECT_EQ(lampUpdates.FNames, QStringList({"On", "LampColor", "On"}));
+}
+
+TEST(DemoPanelBus, ADisabledPanelIsDrawnVeiledUntilEnabledAgain)
+{
+    TDemoLamp lamp;
+    lamp.resize(100, 100);
+    const QImage enabled = lamp.grab().toImage();
+    Write(lamp, "PanelEnable", qx::Variant("Disabled"));
+    EXPECT_FALSE(lamp.GetPanelEnabled());
+    EXPECT_NE(lamp.grab().toImage(), enabled);
+    Write(lamp, "PanelEnable", qx::Variant(std::int32_t{1}));
+    EXPECT_EQ(lamp.grab().toImage(), enabled);
+}
+
+class Bindings : public ::testing::Test {
+protected:
+    void SetUp() override { FWindow = OpenWorksheetWindow({}); }
+    void TearDown() override { qx::RestoreHostServices(); }
+
+    void Show()
+    {
+        FWindow->resize(KSnapshotSize);
+        FWindow->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(FWindow.get()));
+    }
+    template <class T>
+    T& Panel(const char* name) { return Get<T>(*FWindow, name); }
+
+    QTemporaryDir FDir;
+    std::unique_ptr<TWorksheetWindow> FWindow;
+};
+
+TEST_F(Bindings, TheBundledWorksheetIsWhatTheClientsWrite)
+{
+    QFile bundled(DefaultWorksheetPath());
+    ASSERT_TRUE(bundled.open(QIODevice::ReadOnly));
+    EXPECT_EQ(qx::WriteWorksheet(FWindow->GetPages()), bundled.readAll());
+    EXPECT_EQ(BindingLines(Panel<TDemoSwitchPanel>("HeaterSwitch")), QStringList{"HeaterPower->PanelEnable 1:3/0:3"});
+    EXPECT_EQ(BindingLines(Panel<TDemoButtonPanel>("AcknowledgeAlarm")), QStringList{"OverTemperature->On 0:3/1:3"});
+    EXPECT_TRUE(Panel<TDemoSwitchPanel>("HeaterSwitch").GetOn());
+}
+
+TEST_F(Bindings, SurviveASaveAndLoadAndAreLiveAfterIt)
+{
+    // A second binding of the button, to a floating-point property.
+    auto& button = Panel<TDemoButtonPanel>("AcknowledgeAlarm");
+    auto item = std::make_unique<qx::TKSControlSourcePropListItem>();
+    item->FPanelName = QStringLiteral("Zone1Temperature");
+    item->FPropertyName = QStringLiteral("Value");
+    item->FActiveValue = qx::Variant(20.5);
+    button.GetPropInputList().push_back(std::move(item));
+    ASSERT_TRUE(button.SetupPropertyConnnection(button.GetPropInputList().back().get()));
+
+    const QString path = FDir.filePath("bound.qxw");
+    ASSERT_TRUE(FWindow->SaveTo(path));
+    ASSERT_TRUE(FWindow->Open(path));
+    auto& heaterSwitch = Panel<TDemoSwitchPanel>("HeaterSwitch");
+    EXPECT_EQ(BindingLines(heaterSwitch), QStringList{"HeaterPower->PanelEnable 1:3/0:3"});
+    EXPECT_EQ(BindingLines(Panel<TDemoButtonPanel>("AcknowledgeAlarm")),
+              QStringList({"OverTemperature->On 0:3/1:3", "Zone1Temperature->Value 20.5:5/487.3:5"}));
+
+    auto& heater = Panel<TDemoBarMeter>("HeaterPower");
+    EXPECT_TRUE(heaterSwitch.Toggle());
+    EXPECT_FALSE(heater.GetPanelEnabled());
+    EXPECT_FALSE(heaterSwitch.GetOn());
+    EXPECT_TRUE(heaterSwitch.Toggle());
+    EXPECT_TRUE(heater.GetPanelEnabled());
+    EXPECT_TRUE(Panel<TDemoButtonPanel>("AcknowledgeAlarm").Press());
+    EXPECT_FALSE(Panel<TDemoLamp>("OverTemperature").GetOn());
+    EXPECT_EQ(Panel<TDemoValueDisplay>("Zone1Temperature").GetValue(), 20.5);
+}
+
+TEST_F(Bindings, ClicksOutsideDesignModeActAndTheSwitchFollowsItsTarget)
+{
+    Show();
+    auto& heaterSwitch = Panel<TDemoSwitchPanel>("HeaterSwitch");
+    auto& heater = Panel<TDemoBarMeter>("HeaterPower");
+    QTest::mouseClick(&heaterSwitch, Qt::LeftButton, {}, Centre(heaterSwitch));
+    EXPECT_FALSE(heater.GetPanelEnabled());
+    QTest::mouseClick(&heaterSwitch, Qt::LeftButton, {}, Centre(heaterSwitch));
+    EXPECT_TRUE(heater.GetPanelEnabled());
+
+    // Someone else writes the target: the switch shows what it holds.
+    Write(heater, "PanelEnable", qx::Variant("Disabled"));
+    EXPECT_FALSE(heaterSwitch.GetOn());
+    Write(heater, "PanelEnable", qx::Variant("Enabled"));
+    EXPECT_TRUE(heaterSwitch.GetOn());
+
+    // In design mode a click selects; a disabled switch does nothing.
+    FWindow->SetDesignMode(true);
+    QTest::mouseClick(&heaterSwitch, Qt::LeftButton, {}, Centre(heaterSwitch));
+    EXPECT_TRUE(heaterSwitch.GetIsSelected());
+    EXPECT_TRUE(heater.GetPanelEnabled());
+    FWindow->SetDesignMode(false);
+    Write(heaterSwitch, "PanelEnable", qx::Variant(std::int32_t{0}));
+    QTest::mouseClick(&heaterSwitch, Qt::LeftButton, {}, Centre(heaterSwitch));
+    EXPECT_TRUE(heater.GetPanelEnabled());
+    EXPECT_TRUE(heaterSwitch.GetOn());
+
+    auto& button = Panel<TDemoButtonPanel>("AcknowledgeAlarm");
+    QTest::mousePress(&button, Qt::LeftButton, {}, Centre(button));
+    EXPECT_TRUE(button.GetDown());
+    EXPECT_FALSE(Panel<TDemoLamp>("OverTemperature").GetOn());
+    QTest::mouseRelease(&button, Qt::LeftButton, {}, Centre(button));
+    EXPECT_FALSE(button.GetDown());
+}
+
+// Opens the page through `open` and hands it to `inspect` once it shows; closes it with
+// Cancel. Whatever happens, a dialog still open after five seconds is closed, so the test
+// cannot hang.
+bool WithPropertyPage(const std::function<void()>& open,
+                      const std::function<void(qx::TKSSourceControlPropertyPage&)>& inspect)
+{
+    bool seen = false;
+    int polls = 0;
+    QTimer poll;
+    poll.setInterval(20);
+    QObject::connect(&poll, &QTimer::timeout, [&] {
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            auto* page = qobject_cast<qx::TKSSourceControlPropertyPage*>(widget);
+            if (page != nullptr && page->isVisible()) {
+                seen = true;
+                inspect(*page);
+                page->reject();
+                return;
+            }
+            auto* dialog = qobject_cast<QDialog*>(widget);
+            if (dialog != nullptr && dialog->isVisible() && polls > 250) dialog->reject();
+        }
+        ++polls;
+    });
+    poll.start();
+    open();
+    return seen;
+}
+
+TEST_F(Bindings, ThePropertyPageOfTheSwitchShowsItsBindings)
+{
+    Show();
+    FWindow->SetDesignMode(true);
+    auto& heaterSwitch = Panel<TDemoSwitchPanel>("HeaterSwitch");
+    const auto inspect = [](qx::TKSSourceControlPropertyPage& page) {
+        qx::TCtrlClientPropSelector& selector = *page.GetSelector();
+        QTreeWidget& selected = *selector.GetSelectedPropTreeView();
+        ASSERT_EQ(selected.topLevelItemCount(), 1);
+        EXPECT_TRUE(selected.topLevelItem(0)->text(0).startsWith("Heater power in % [HeaterPower]: "))
+            << selected.topLevelItem(0)->text(0).toStdString();
+        EXPECT_EQ(Get<QComboBox>(page, "ActiveValueComboBox").currentText(), "Enabled");
+        EXPECT_EQ(Get<QComboBox>(page, "PassiveValueComboBox").currentText(), "Disabled");
+        // What the switch may take: never itself, never a property page.
+        for (const auto& offered : selector.GetAvailableList()) {
+            EXPECT_NE(offered->FPanelName, "HeaterSwitch");
+            EXPECT_NE(offered->FPropertyName, "ShowPropertypage");
+        }
+        EXPECT_FALSE(selector.GetAvailableList().empty());
+    };
+    EXPECT_TRUE(WithPropertyPage(
+        [&] { QTest::mouseDClick(&heaterSwitch, Qt::LeftButton, {}, Centre(heaterSwitch)); }, inspect));
+    QAction* properties = heaterSwitch.GetPopupMenu()->actions().value(0);
+    ASSERT_NE(properties, nullptr);
+    ASSERT_EQ(properties->text(), "Properties");
+    EXPECT_TRUE(WithPropertyPage([&] { properties->trigger(); }, inspect));
+    EXPECT_EQ(BindingLines(heaterSwitch), QStringList{"HeaterPower->PanelEnable 1:3/0:3"});
+}
+
+TEST(BindingsDemo, PrintsTheUpdatesTheSwitchAndTheButtonCause)
+{
+    QString text;
+    QString complaint;
+    QTextStream out(&text);
+    QTextStream err(&complaint);
+    ASSERT_EQ(RunBindingsDemo({}, out, err), 0) << complaint.toStdString();
+    out.flush();
+    const QStringList expected = {
+        "TDemoSwitchPanel HeaterSwitch (\"Heater\"):",
+        "  HeaterPower->PanelEnable  active 1 \"Enabled\", passive 0 \"Disabled\"",
+        "  OverTemperature->On  active 0 \"Off\", passive 1 \"On\"",
+        "listening on HeaterPower, OverTemperature",
+        "toggle switch HeaterSwitch, which is on",
+        "[1 property write] sender=\"Heater\" source=\"Heater power in %\" property=\"Panel State\" value=\"Disabled\"",
+        "SysPropertyUpdated  panel HeaterPower, property PanelEnable = Disabled",
+        "switch HeaterSwitch is now off",
+        "SysPropertyUpdated  panel HeaterPower, property PanelEnable = Enabled",
+        "switch HeaterSwitch is now on",
+        "press button AcknowledgeAlarm",
+        "sender=\"Acknowledge alarm\" source=\"Over-temperature\" property=\"Lamp on\" value=\"Off\"",
+        "SysPropertyUpdated  panel OverTemperature, property On = Off",
+        "close the worksheet",
+        "debug output  DoOnEventlinkSourceDestroied EventLink = ",
+        "<Acknowledge alarm>: Source destroied, removing link to Over-temperature->On",
+    };
+    qsizetype from = 0;
+    for (const QString& line : expected) {
+        const qsizetype at = text.indexOf(line, from);
+        ASSERT_GE(at, 0) << "missing or out of order: " << line.toStdString() << "\n" << text.toStdString();
+        from = at + line.size();
+    }
+    EXPECT_EQ(text.count("SysPropertyUpdated"), 3);
+    EXPECT_TRUE(text.contains("<Heater>: Source destroied, removing link to Heater power in %->PanelEnable"));
+    EXPECT_FALSE(qx::DoDebug);
+}
+
+TEST(BindingsDemo, AWorksheetWithoutAButtonIsRefused)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath("switch-only.qxw");
+    {
+        const std::unique_ptr<TWorksheetWindow> window = OpenWorksheetWindow({});
+        delete &Get<TDemoButtonPanel>(*window, "AcknowledgeAlarm");
+        ASSERT_TRUE(window->SaveTo(path));
+    }
+    QString text;
+    QString complaint;
+    QTextStream out(&text);
+    QTextStream err(&complaint);
+    EXPECT_EQ(RunBindingsDemo(path, out, err), 1);
+    err.flush();
+    EXPECT_EQ(complaint, "qxsheet: " + path + " has no button panel to drive\n");
+    EXPECT_TRUE(text.isEmpty());
+}
+
+}  // namespace
