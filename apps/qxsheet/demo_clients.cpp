@@ -132,6 +132,12 @@ void TDemoSwitchPanel::LoadFinished()
     FollowFirstBinding();
 }
 
+void TDemoSwitchPanel::CallSetup()
+{
+    TDemoClientPanel::CallSetup();
+    FollowFirstBinding();
+}
+
 void TDemoSwitchPanel::DoOnEventlinkValueUpdated(qx::TQXEventLink* Sender, std::uint32_t Handle)
 {
     TDemoClientPanel::DoOnEventlinkValueUpdated(Sender, Handle);

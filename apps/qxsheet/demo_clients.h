@@ -59,6 +59,8 @@ public:
     // What a click does: false, and nothing changed, while the panel is disabled.
     bool Toggle();
     void LoadFinished() override;
+    // The page may have put another binding first.
+    void CallSetup() override;
 
 protected:
     void Paint(QPainter& Canvas) override;
