@@ -1,11 +1,13 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <cstdint>
 #include <memory>
 #include <vector>
 
 #include "qxbase/control/control_source.h"
+#include "qxbase/control/destruction_watch.h"
 #include "qxbase/control/event_link.h"
 #include "qxbase/framework/export.h"
 #include "qxbase/framework/variant.h"
@@ -60,13 +62,14 @@ public:
     explicit TKSSourceControlClient(QWidget* parent = nullptr);
     ~TKSSourceControlClient() override;
 
-    static QString GetDescription(const QMetaObject& Class);
-
-    // The source panel called `PanelName` on this client's worksheet, or null; see the design
-    // notes for where it looks.
+    // The control source called exactly `PanelName` (else "SUBTEMP_" + `PanelName`) among the
+    // descendants of this client's container, depth first in child order, else this client if
+    // the name is its own; null otherwise. The container is the topmost ancestor when the
+    // client has a parent, else what HostServices().GetContainer gives (null: no container).
     TQXControlSource* GetPanelByName(const QString& PanelName) const;
     // Resolves a binding that has no link yet and attaches a new link. False (and no link) when
-    // the binding is missing or not of kind 0, or its panel or property cannot be found.
+    // the binding is missing or not of kind 0, or its panel or property cannot be found. An
+    // exception of the source's property callback propagates.
     bool SetupPropertyConnnection(TKSControlSourcePropListItem* Item);
     // Re-resolves a binding that has a link and refreshes its values; false without a link.
     bool CheckPropertyConnnection(TKSControlSourcePropListItem* Item);
@@ -92,8 +95,17 @@ public:
                               const QString& Name);
     // Called after the binding list has been read; nothing in the base class.
     virtual void InitContol();
-    // The older stored form of the bindings, as a value-stream list; never used for storing.
+
+    // The older stored form of the bindings, as one value-stream list; never used for storing.
     virtual void WriteProperties(TWriter& Writer) const;
+    // Appends the bindings of the older form. Raises EStreamError when a name or number field
+    // holds another kind of value; a list that ends inside an entry drops that entry.
+    void ReadProperties(TReader& Reader);
+    // The current stored form: the ini lines of "ControlSourceClientEx".
+    QStringList WriteControlSourceClientEx() const;
+    // Appends the bindings of the current form and applies "PanelEnabled". Damaged lines are
+    // read as far as they go (see the design notes); never raises.
+    void ReadControlSourceClientEx(const QStringList& Lines);
 
     bool GetRemoveWholePanel() const { return FRemoveWholePanel; }
     void SetRemoveWholePanel(bool Value) { FRemoveWholePanel = Value; }
@@ -109,14 +121,14 @@ public:
     void LoadFinished() override;
     void InitializeAfterPaste() override;
     void PanelAddCompleted() override;
+    // "ControlSourceClientEx" (always written) and "FakeControlSourceClient" (read only); each
+    // read ends with InitContol.
     void DefineProperties(TFiler& Filer) override;
 
 protected:
     virtual void DoOnEventlinkValueUpdated(TQXEventLink* Sender, std::uint32_t Handle);
     virtual void DoOnEventlinkPropertyChanged(TQXEventLink* Sender);
     virtual void DoOnEventlinkSourceDestroied(TQXEventLink* Sender);
-    void Paint(QPainter& Canvas) override;
-    void Resize() override;
 
     // The binding that owns a link, or null.
     TKSControlSourcePropListItem* FindItemOfLink(const TQXEventLink* Link) const;
@@ -129,6 +141,16 @@ protected:
     bool FDeliverActive = true;
     bool FDeliverPassive = true;
     Variant FPanelStateList;
+
+private:
+    // Resolves source, handle, type and values; steps shared by set-up and check.
+    bool ResolveItem(TKSControlSourcePropListItem& Item);
+    // Fires a debug message on this client; false when a listener destroyed the client.
+    bool FireDebugMessage(const QString& Text);
+    // One line of the operating system's debug output about this client's stored bindings.
+    void ReportStored(const QString& Text) const;
+
+    TQXDestructionWatch FClientWatch;
 };
 
 }  // namespace qx

@@ -152,14 +152,32 @@ public:
         std::vector<std::unique_ptr<TKSPanelTabPage>> pages;
         for (qsizetype i = 0; i < pageEntries.size(); ++i)
             pages.push_back(ReadPage(pageEntries.at(i), i));
-        // Only now: every panel may look up any other while it finishes.
-        for (const auto& page : pages)
-            for (TKSMSSink* panel : GetAllPagePanels(*page))
-                panel->LoadFinished();
+        FinishLoading(pages);
         return pages;
     }
 
 private:
+    // Only now: every panel may look up any other while it finishes. Panels find each other
+    // through their topmost ancestor, so the pages share one holder meanwhile; they leave it
+    // again whether or not a LoadFinished raises, and the caller's pages own them throughout.
+    static void FinishLoading(const std::vector<std::unique_ptr<TKSPanelTabPage>>& pages)
+    {
+        QWidget holder;
+        struct TRelease {
+            const std::vector<std::unique_ptr<TKSPanelTabPage>>& Pages;
+            ~TRelease()
+            {
+                for (const auto& page : Pages)
+                    page->setParent(nullptr);
+            }
+        } release{pages};
+        for (const auto& page : pages)
+            page->setParent(&holder);
+        for (const auto& page : pages)
+            for (TKSMSSink* panel : GetAllPagePanels(*page))
+                panel->LoadFinished();
+    }
+
     QJsonObject ReadRoot(const QByteArray& data) const
     {
         QJsonParseError error;

@@ -40,7 +40,8 @@ QXBASE_EXPORT QByteArray WriteWorksheet(const std::vector<TKSPanelTabPage*>& Pag
 // Builds the pages of a worksheet: each component is created through the streaming registry and
 // gets its Loaded as soon as it is read; a widget's geometry is then set as it stands (a panel's
 // CanResize is not asked); once the whole document is read every panel gets LoadFinished, page
-// by page, a holder before the panels it holds. The pages have no parent.
+// by page, a holder before the panels it holds, while the pages share one temporary parent
+// widget, so that a panel finds panels of other pages by name. The pages returned have no parent.
 // Raises EStreamError (EClassNotFound for an unknown class) whose message begins with `FileName`
 // and names the page, the component and the property at fault; then nothing is returned, every
 // object created is destroyed and no LoadFinished has been called. A LoadFinished that raises
