@@ -199,7 +199,10 @@ TCtrlClientPropSelector::TCtrlClientPropSelector(QWidget* parent)
         connect(panel, &THVKColorPanel::Clicked, this, [this, panel] { ValuePanelClick(panel); });
     }
 
-    connect(d.FAvailableTree, &QTreeWidget::itemDoubleClicked, this, [this] { DoAvailableListDoubleClick(); });
+    connect(d.FAvailableTree, &QTreeWidget::itemDoubleClicked, this, [this](QTreeWidgetItem* Item) {
+        FPriv->FAvailableTree->setCurrentItem(Item);
+        DoAvailableListDoubleClick();
+    });
     connect(d.FSelectedTree, &QTreeWidget::itemSelectionChanged, this, [this] { SelectedPropTreeViewClick(); });
     HideAllValueControls();
     ShowDefaultValueControls();
