@@ -56,7 +56,8 @@ QString ComponentNameOf(const TQXControlSource& Source)
     return object ? object->objectName() : QString();
 }
 
-// The property type of a binding, looked up in its source when it can be found; 0 otherwise.
+// The property type of a binding, looked up in its source when it can be found, else the one
+// it last resolved to (0 if never).
 std::uint16_t ResolvedTypeOf(TKSSourceControlClient& Client, const TKSControlSourcePropListItem& Item)
 {
     TQXControlSource* source = Client.GetPanelByName(Item.FPanelName);
@@ -164,14 +165,16 @@ TCtrlClientPropSelector::TCtrlClientPropSelector(QWidget* parent)
     buttons->addWidget(makeButton("ItemDownButton", QStringLiteral("Down"), &TCtrlClientPropSelector::ItemDownButtonClick));
     buttons->addStretch();
 
-    auto* grid = new QGridLayout(this);
-    grid->setContentsMargins(4, 4, 4, 4);
-    grid->addWidget(d.FAvailableTree, 0, 0, 1, 2);
-    grid->addLayout(buttons, 0, 2);
-    grid->addWidget(d.FSelectedTree, 0, 3);
+    auto* trees = new QHBoxLayout;
+    trees->addWidget(d.FAvailableTree, 1);
+    trees->addLayout(buttons);
+    trees->addWidget(d.FSelectedTree, 1);
+    auto* grid = new QGridLayout;
     grid->setColumnStretch(1, 1);
-    grid->setColumnStretch(3, 1);
-    grid->setRowStretch(0, 1);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(4, 4, 4, 4);
+    layout->addLayout(trees, 1);
+    layout->addLayout(grid);
 
     const std::array<QString, vsCount> captions = {QStringLiteral("Actual value:"), QStringLiteral("Active value:"),
                                                    QStringLiteral("Passive value:")};
@@ -191,15 +194,19 @@ TCtrlClientPropSelector::TCtrlClientPropSelector(QWidget* parent)
         editors->addWidget(c.ComboBox);
         editors->addWidget(c.SmartEdit);
         editors->addWidget(c.Panel);
-        grid->addWidget(c.Label, slot + 1, 0);
-        grid->addLayout(editors, slot + 1, 1, 1, 3);
+        c.ComboBox->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+        grid->addWidget(c.Label, slot, 0);
+        grid->addLayout(editors, slot, 1);
         connect(c.ComboBox, &QComboBox::currentIndexChanged, this, [this, slot] { ComboBoxChange(slot); });
         connect(c.SmartEdit, &QLineEdit::editingFinished, this, [this, slot] { SmartEditExit(slot); });
         THVKColorPanel* panel = c.Panel;
         connect(panel, &THVKColorPanel::Clicked, this, [this, panel] { ValuePanelClick(panel); });
     }
 
-    connect(d.FAvailableTree, &QTreeWidget::itemDoubleClicked, this, [this] { DoAvailableListDoubleClick(); });
+    connect(d.FAvailableTree, &QTreeWidget::itemDoubleClicked, this, [this](QTreeWidgetItem* Item) {
+        FPriv->FAvailableTree->setCurrentItem(Item);
+        DoAvailableListDoubleClick();
+    });
     connect(d.FSelectedTree, &QTreeWidget::itemSelectionChanged, this, [this] { SelectedPropTreeViewClick(); });
     HideAllValueControls();
     ShowDefaultValueControls();
@@ -369,8 +376,15 @@ bool TCtrlClientPropSelector::AddPropToActiveListButtonClick()
     if (!client->CanClientAdd(item.get(), handle, chosen.FPropertyName)) return false;
     TKSControlSourcePropListItem* added = item.get();
     list.push_back(std::move(item));
-    if (!client->SetupPropertyConnnection(added)) {
-        list.erase(list.end() - 1);
+    bool connected = false;
+    try {
+        connected = client->SetupPropertyConnnection(added);
+    } catch (const std::exception&) {
+        connected = false;  // the source's property callback failed while reading the value
+    }
+    if (!connected) {
+        const int at = d.IndexOf(added);
+        if (at >= 0) list.erase(list.begin() + at);
         return false;
     }
     // The first binding becomes the reference, as when the selector is opened on it.

@@ -59,7 +59,10 @@ void TKSSourceControlPropertyPage::SetTheComponent(TKSSourceControlClient* Clien
 
 void TKSSourceControlPropertyPage::done(int Result)
 {
+    // Showing the stored values again drops typed text, which would otherwise be stored when
+    // the edit loses the focus as the page closes.
     if (Result == QDialog::Accepted) FSelector->CommitPendingEdits();
+    else FSelector->SelectedPropTreeViewClick();
     QDialog::done(Result);
 }
 
