@@ -158,8 +158,8 @@ int RunBindingsDemo(const QString& Path, QTextStream& out, QTextStream& err)
     step(QStringLiteral("press button %1").arg(button->objectName()));
     button->Press();
 
-    // Panels go in stacking order, so the bound ones go before their clients, which drop the
-    // bindings and say so.
+    // Panels go in stacking order; a client that outlives a panel it is bound to drops the
+    // binding and says so.
     step(QStringLiteral("close the worksheet"));
     const auto systemOutput = qx::HostServices().DebugOutput;
     qx::HostServices().DebugOutput = [&out](const QString& text) { out << "  debug output  " << text << Qt::endl; };

@@ -21,6 +21,9 @@ TEST(CommandLine, ChoosesWorksheetTourScanOrHelp)
     EXPECT_EQ(snapshot.File, "plant.qxw");
     EXPECT_EQ(snapshot.Snapshot, "out.png");
     EXPECT_EQ(ParseCommandLine({"tour"}).Kind, TCommand::cmdTour);
+    const TCommand bindings = ParseCommandLine({"bindings", "plant.qxw"});
+    EXPECT_EQ(bindings.Kind, TCommand::cmdBindings);
+    EXPECT_EQ(bindings.File, "plant.qxw");
     EXPECT_EQ(ParseCommandLine({"--help"}).Kind, TCommand::cmdHelp);
     const TCommand scan = ParseCommandLine({"scan", "--port", "7"});
     EXPECT_EQ(scan.Kind, TCommand::cmdScan);
@@ -35,6 +38,8 @@ TEST(CommandLine, RefusesBadArgumentsWithAReason)
     };
     const Row rows[] = {
         {{"tour", "now"}, "tour takes no arguments"},
+        {{"bindings", "a.qxw", "b.qxw"}, "bindings takes one worksheet at most"},
+        {{"bindings", "--snapshot"}, "unknown option \"--snapshot\""},
         {{"a.qxw", "b.qxw"}, "one worksheet at a time, not \"a.qxw\" and \"b.qxw\""},
         {{"a.qxw", "--snapshot"}, "--snapshot needs the name of a PNG file"},
         {{"--snap", "x.png"}, "unknown option \"--snap\""},
