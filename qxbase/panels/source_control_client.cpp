@@ -1,6 +1,8 @@
 #include "qxbase/panels/source_control_client.h"
 
 #include <QFont>
+#include <cstdint>
+#include <utility>
 
 #include "qxbase/framework/host_services.h"
 #include "qxbase/panels/source_control_property_page.h"
@@ -27,6 +29,12 @@ QString LinkIdentity(const TQXEventLink* Link)
 {
     const auto low = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(Link));
     return QStringLiteral("%1").arg(low, 8, 16, QLatin1Char('0')).toUpper();
+}
+
+QString RemovalText(const QString& Client, const QString& Reason, const TKSControlSourcePropListItem& Item)
+{
+    return QStringLiteral("<%1>: %2, removing link to %3->%4")
+        .arg(Client, Reason, Item.FSourceDescription, Item.FPropertyName);
 }
 
 }  // namespace
@@ -244,7 +252,11 @@ void TKSSourceControlClient::DoOnEventlinkValueUpdated(TQXEventLink* Sender, std
     if (Handle != 0 && Handle != item->FPropertyHandle)
         return;
     item->FActualValue = Variant();
-    item->FSource->GetPropertyValue(item->FPropertyHandle, item->FActualValue);
+    Variant value;
+    item->FSource->GetPropertyValue(item->FPropertyHandle, value);
+    // The source's callback may have run code that dropped the binding.
+    if ((item = FindItemOfLink(Sender)) != nullptr)
+        item->FActualValue = std::move(value);
 }
 
 void TKSSourceControlClient::DoOnEventlinkPropertyChanged(TQXEventLink* Sender)
@@ -253,9 +265,7 @@ void TKSSourceControlClient::DoOnEventlinkPropertyChanged(TQXEventLink* Sender)
     if (item == nullptr || CheckPropertyConnnection(item))
         return;
     if (DoDebug) {
-        const QString text = QStringLiteral("<") + GetObjectDescription() + QStringLiteral(">: Property invalid, removing link to ")
-                             + item->FSourceDescription + QStringLiteral("->") + item->FPropertyName;
-        if (!FireDebugMessage(text))
+        if (!FireDebugMessage(RemovalText(GetObjectDescription(), QStringLiteral("Property invalid"), *item)))
             return;
         // A debug listener may have removed it already.
         item = FindItemOfLink(Sender);
@@ -270,9 +280,7 @@ void TKSSourceControlClient::DoOnEventlinkSourceDestroied(TQXEventLink* Sender)
     if (item == nullptr)
         return;
     if (DoDebug) {
-        const QString text = QStringLiteral("<") + GetObjectDescription() + QStringLiteral(">: Source destroied, removing link to ")
-                             + item->FSourceDescription + QStringLiteral("->") + item->FPropertyName;
-        if (!FireDebugMessage(text))
+        if (!FireDebugMessage(RemovalText(GetObjectDescription(), QStringLiteral("Source destroied"), *item)))
             return;
         item = FindItemOfLink(Sender);
         if (item == nullptr)

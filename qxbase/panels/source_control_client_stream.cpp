@@ -233,9 +233,7 @@ void TKSSourceControlClient::ReadControlSourceClientEx(const QStringList& Lines)
             ++ignoredKeys;
     }
     if (ignoredKeys > 0)
-        ReportStored(QStringLiteral("%1 key(s) of [Listitems] outside listitem.0 to listitem.%2 ignored")
-                         .arg(ignoredKeys)
-                         .arg(count - 1));
+        ReportStored(QStringLiteral("%1 key(s) of [Listitems] beyond Len=%2 ignored").arg(ignoredKeys).arg(count));
     if (present.size() < count)
         ReportStored(QStringLiteral("Len is %1 but %2 binding(s) are missing").arg(count).arg(count - present.size()));
 
@@ -254,8 +252,8 @@ void TKSSourceControlClient::ReadControlSourceClientEx(const QStringList& Lines)
         const QString dataTypeText = ini.ReadString(KListitems, ItemKey(i, "FDataType"), QStringLiteral("0"));
         std::int32_t dataType = 0;
         if (!TryStrToInt(dataTypeText.trimmed(), dataType) || dataType < 0 || dataType > 255) {
-            ReportStored(BindingName(i, *item) + QStringLiteral(": FDataType \"%1\" is not a number from 0 to 255, skipped")
-                                                     .arg(dataTypeText));
+            ReportStored(BindingName(i, *item)
+                         + QStringLiteral(": FDataType \"%1\" is not a number from 0 to 255, skipped").arg(dataTypeText));
             continue;
         }
         item->FDataType = static_cast<std::uint8_t>(dataType);
@@ -307,11 +305,13 @@ void TKSSourceControlClient::ReadProperties(TReader& Reader)
             }
         }
         if (fields < 6) {
-            ReportStored(BindingName(i, *item) + QStringLiteral(": the list ends after %1 of its 6 values, skipped").arg(fields));
+            ReportStored(BindingName(i, *item)
+                         + QStringLiteral(": the list ends after %1 of its 6 values, skipped").arg(fields));
             break;
         }
         if (dataType < 0 || dataType > 255) {
-            ReportStored(BindingName(i, *item) + QStringLiteral(": FDataType %1 is not from 0 to 255, skipped").arg(dataType));
+            ReportStored(BindingName(i, *item)
+                         + QStringLiteral(": FDataType %1 is not from 0 to 255, skipped").arg(dataType));
             continue;
         }
         item->FDataType = static_cast<std::uint8_t>(dataType);
