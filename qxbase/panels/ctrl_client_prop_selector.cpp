@@ -276,6 +276,7 @@ void TCtrlClientPropSelector::FillAvaibleControlSourceList(const TKSControlSourc
             source->GetDescriptionFromName(name, item->FPropertyDescription);
             item->FSource = source;
             if (!client->CanClientHandle(item.get(), item->FPropertyHandle, name)) continue;
+            item->FSource = nullptr;  // not kept: the source may go while the list is shown
             d.FAvailable.push_back(std::move(item));
         }
     }

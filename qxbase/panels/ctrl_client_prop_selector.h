@@ -54,7 +54,8 @@ public:
     void FillTreeViewWithList();
     // Shows the client's bindings in order and selects Select (nothing when null or not bound).
     void FillSelectedTreeView(const TKSControlSourcePropListItem* Select);
-    // The properties FillAvaibleControlSourceList collected.
+    // The properties FillAvaibleControlSourceList collected; their FSource is null (the client's
+    // CanClientHandle sees it set), their panel and property names are what counts.
     const TKSControlSourcePropList& GetAvailableList() const;
     // The binding the editors show: the selected one while it is still in the client's list.
     TKSControlSourcePropListItem* GetSelectedItem() const;
