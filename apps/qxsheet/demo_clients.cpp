@@ -101,7 +101,7 @@ int TDemoClientPanel::WriteBindings(bool Active)
 
 QRect TDemoClientPanel::PaintFace(QPainter& Canvas)
 {
-    const QRect area = FillPanelContent(Canvas, *this);
+    const QRect area = FillPanelContent(Canvas, *this, qx::clBtnFace);
     const int captionHeight = std::min(area.height() / 3, 18);
     const QRect caption(area.left(), area.top() + 2, area.width(), captionHeight);
     Canvas.setPen(qx::ColorToQColor(qx::clBlack));
@@ -231,7 +231,7 @@ void TDemoButtonPanel::mouseReleaseEvent(QMouseEvent* event)
 void TDemoButtonPanel::Paint(QPainter& Canvas)
 {
     TDemoClientPanel::Paint(Canvas);
-    const QRect area = FillPanelContent(Canvas, *this);
+    const QRect area = FillPanelContent(Canvas, *this, qx::clBtnFace);
     const QRect face = area.adjusted(4, 4, -5, -5);
     if (face.width() > 0 && face.height() > 0) {
         const QColor light = qx::ColorToQColor(qx::clWhite);

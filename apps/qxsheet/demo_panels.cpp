@@ -86,10 +86,10 @@ void TDemoPanel::SetPanelEnable(bool Value)
     update();
 }
 
-QRect FillPanelContent(QPainter& Canvas, const qx::TKSMSSink& Panel)
+QRect FillPanelContent(QPainter& Canvas, const qx::TKSMSSink& Panel, qx::TColor Face)
 {
     const QRect area = Panel.AdjustClientRect();
-    Canvas.fillRect(area, qx::ColorToQColor(Panel.GetColor()));
+    Canvas.fillRect(area, qx::ColorToQColor(Face));
     return area;
 }
 
@@ -162,7 +162,7 @@ QString TDemoValueDisplay::GetDisplayText() const
 void TDemoValueDisplay::Paint(QPainter& Canvas)
 {
     TKSMSSink::Paint(Canvas);
-    const QRect area = FillPanelContent(Canvas, *this);
+    const QRect area = FillPanelContent(Canvas, *this, qx::clBlack);
     const QString text = GetDisplayText();
     QFont font = Canvas.font();
     font.setBold(true);
@@ -247,7 +247,7 @@ qx::TColor TDemoLamp::GetShownColor() const
 void TDemoLamp::Paint(QPainter& Canvas)
 {
     TKSMSSink::Paint(Canvas);
-    const QRect area = FillPanelContent(Canvas, *this);
+    const QRect area = FillPanelContent(Canvas, *this, qx::clGray);
     const int diameter = std::max(0, std::min(area.width(), area.height()) - 8);
     QRect lamp(0, 0, diameter, diameter);
     lamp.moveCenter(area.center());
@@ -312,7 +312,7 @@ double TDemoBarMeter::GetFraction() const
 void TDemoBarMeter::Paint(QPainter& Canvas)
 {
     TKSMSSink::Paint(Canvas);
-    const QRect area = FillPanelContent(Canvas, *this);
+    const QRect area = FillPanelContent(Canvas, *this, qx::clSilver);
     const QRect track = area.adjusted(6, 6, -6, -6);
     if (track.width() > 0 && track.height() > 0) {
         Canvas.fillRect(track, qx::ColorToQColor(qx::clWhite));

@@ -7,13 +7,14 @@
 #include "qxbase/framework/variant.h"
 #include "qxbase/panels/panel_base.h"
 
-// The panels the demo worksheet is made of. Each draws inside AdjustClientRect() on its Color
-// and publishes its values on the bus: a write through the bus changes the panel and repaints
+// The panels the demo worksheet is made of. Each draws inside AdjustClientRect() on a face of
+// its own and publishes its values on the bus: a write through the bus changes the panel and repaints
 // it, and a change made by other means (the setters) fires "SysPropertyUpdated".
 namespace qxsheet {
 
-// Fills the panel's content area with its colour and returns the area.
-QRect FillPanelContent(QPainter& Canvas, const qx::TKSMSSink& Panel);
+// Fills the content area with the panel's face colour. The face is not the panel's Color: the
+// panel base turns Color into the button colours while a panel is clicked in design mode.
+QRect FillPanelContent(QPainter& Canvas, const qx::TKSMSSink& Panel, qx::TColor Face);
 // Lays the grey veil of a disabled panel ("PanelEnable" written 0 or "Disabled") over `Area`;
 // nothing while the panel is enabled.
 void PaintDisabledVeil(QPainter& Canvas, const QRect& Area, const qx::TKSMSSink& Panel);

@@ -327,6 +327,9 @@ void TCtrlClientPropSelector::FillSelectedTreeView(const TKSControlSourcePropLis
         tree->clear();
         if (d.FClient) {
             for (const auto& binding : d.FClient->GetPropInputList()) {
+                // Bindings read from a file carry no description until someone asks their source.
+                if (binding->FPropertyDescription.isEmpty() && binding->FSource != nullptr)
+                    binding->FSource->GetDescriptionFromName(binding->FPropertyName, binding->FPropertyDescription);
                 auto* node = new QTreeWidgetItem(tree, {SourceText(*binding) + QLatin1String(": ") + PropertyText(*binding)});
                 node->setData(0, KItemRole, QVariant::fromValue(reinterpret_cast<quintptr>(binding.get())));
                 if (binding.get() == Select) tree->setCurrentItem(node);
