@@ -8,37 +8,17 @@
 #include "control_test_support.h"
 #include "qxbase/control/rv_module.h"
 #include "qxbase/measure/block_buffer.h"
+#include "tests/measure/channel_record.h"
 
 using namespace qx;
 using namespace qxtest;
 using ::testing::StrEq;
 using ::testing::ThrowsMessage;
 
-namespace {
-
-// Every field set, differently for each seed, so that a copied or skipped field shows.
-TQXMSExChannelInformation Record(int Seed)
-{
-    TQXMSExChannelInformation r;
-    const QString s = QString::number(Seed);
-    r.Name = "name" + s, r.SecondText = "unit" + s, r.ThirdText = "third" + s;
-    r.FirstOperandName = "op1-" + s, r.SecondOperandName = "op2-" + s;
-    r.RangeLow = -Seed, r.RangeHigh = Seed;
-    r.Flags = {static_cast<TQXMSChannelFlag>(Seed)};
-    r.Color = static_cast<TColor>(Seed), r.Handle = static_cast<std::uint32_t>(Seed);
-    r.Operation = static_cast<TQXVTOperation>(Seed);
-    r.OperationParameter = r.FirstOperandIndex = r.SecondOperandIndex = r.FurtherValue = Seed;
-    r.ScalingValues.fill(Seed), r.Coefficients.fill(Seed);
-    r.OptionFlag = Seed % 2 == 1;
-    return r;
-}
-
-}  // namespace
-
 TEST(RVModule, ChannelListOwnsItsRecordsAndRaisesOnABadIndex)
 {
     TKSRVModule module;
-    auto record = std::make_unique<TQXMSExChannelInformation>(Record(1));
+    auto record = std::make_unique<TQXMSExChannelInformation>(FilledRecord(1));
     const TQXMSExChannelInformation* kept = record.get();
     module.AddChannel(std::make_unique<TQXMSExChannelInformation>());
     module.AddChannel(std::move(record));
@@ -52,9 +32,9 @@ TEST(RVModule, ChannelListOwnsItsRecordsAndRaisesOnABadIndex)
 TEST(RVModule, UpdateChannelInformationCopiesOnlyTheModuleSettings)
 {
     TKSRVModule module;
-    module.AddChannel(std::make_unique<TQXMSExChannelInformation>(Record(1)));
-    const TQXMSExChannelInformation update = Record(2);
-    TQXMSExChannelInformation expected = Record(1);
+    module.AddChannel(std::make_unique<TQXMSExChannelInformation>(FilledRecord(1)));
+    const TQXMSExChannelInformation update = FilledRecord(2);
+    TQXMSExChannelInformation expected = FilledRecord(1);
     expected.SecondText = update.SecondText, expected.ThirdText = update.ThirdText;
     expected.RangeLow = update.RangeLow, expected.RangeHigh = update.RangeHigh;
     expected.Flags = update.Flags, expected.Color = update.Color, expected.Handle = update.Handle;
@@ -63,7 +43,7 @@ TEST(RVModule, UpdateChannelInformationCopiesOnlyTheModuleSettings)
     expected.ScalingValues = update.ScalingValues;
 
     for (int ignored : {-1, 1}) module.UpdateChannelInformation(ignored, update);
-    EXPECT_EQ(module.GetChannelList(0), Record(1));
+    EXPECT_EQ(module.GetChannelList(0), FilledRecord(1));
     module.UpdateChannelInformation(0, update);
     EXPECT_EQ(module.GetChannelList(0), expected);
 }
