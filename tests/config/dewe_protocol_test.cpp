@@ -2,7 +2,6 @@
 
 #include <QLocale>
 #include <clocale>
-#include <set>
 #include <string>
 #include <tuple>
 
@@ -12,33 +11,12 @@
 
 using namespace qx;
 
-namespace {
-
-struct StateRow {
-    const char* name;
-    QByteArray reply;
-    bool ok;
-    THVKDeweModuleType type;
-    THVKDeweModuleInputRange input;
-    THVKDeweModuleFilterRange filter;
-    bool remote;
-};
-
-struct PADRow {
-    const char* name;
-    QByteArray configuration;
-    QByteArray nameReply;
-    bool ok;
-    THVKDeweModuleType type;
-    THVKDeweModuleInputRange input;
-    int channels;
-};
-
-}  // namespace
-
 TEST(DeweDecodeState, StatusRepliesGiveTypeRangesAndRemote)
 {
-    const StateRow rows[] = {
+    // Name, reply, result, type, input range, filter range, remote.
+    const std::tuple<const char*, QByteArray, bool, THVKDeweModuleType, THVKDeweModuleInputRange,
+                     THVKDeweModuleFilterRange, bool>
+        rows[] = {
         {"code outside the type's span stays unassigned", "!01000A001\r", true, daqpV, dirNone, firV50kHz, true},
         {"bridge, remote off", "!1A0205040\r", true, daqpBRIDGE, dirBRIDGE0_1mV, firBRIDGE10Hz, false},
         {"µV 500µV, no filter", "!010605051\r", true, daqpUV, dirUV500UV, firNone, true},
@@ -53,20 +31,22 @@ TEST(DeweDecodeState, StatusRepliesGiveTypeRangesAndRemote)
         {"ten characters", "!010000001", false, dmtNone, dirNone, firNone, false},
         {"NUL ends the reply", QByteArray("!0100\0\x30\x30\x30\x31\r", 11), false, dmtNone, dirNone, firNone, false},
     };
-    for (const StateRow& row : rows) {
-        SCOPED_TRACE(row.name);
+    for (const auto& [name, reply, ok, wantType, wantInput, wantFilter, wantRemote] : rows) {
+        SCOPED_TRACE(name);
         THVKDeweModuleType type = padRTD3;
         THVKDeweModuleInputRange input = dirPDRTD3_Ni120;
         THVKDeweModuleFilterRange filter = firFREQ100Hz;
         bool remote = true;
-        EXPECT_EQ(THVKDeweModules::DecodeState(row.reply, _imtStandard, type, input, filter, remote), row.ok);
-        EXPECT_EQ(std::tuple(type, input, filter, remote), std::tuple(row.type, row.input, row.filter, row.remote));
+        EXPECT_EQ(THVKDeweModules::DecodeState(reply, _imtStandard, type, input, filter, remote), ok);
+        EXPECT_EQ(std::tuple(type, input, filter, remote), std::tuple(wantType, wantInput, wantFilter, wantRemote));
     }
 }
 
 TEST(DeweDecodeStatePAD, ConfigurationAndNameGiveTypeRangeAndChannels)
 {
-    const PADRow rows[] = {
+    // Name, configuration reply, name reply, result, type, input range, channels.
+    const std::tuple<const char*, QByteArray, QByteArray, bool, THVKDeweModuleType, THVKDeweModuleInputRange, int>
+        rows[] = {
         {"VTH names itself PAD-VTH", "!010F0600\r", "!01PAD-VTH\r", true, padVTH8, dirPDVTH8_K, 8},
         {"TH8 shares code 0F, the span decides", "!010F0600\r", "!01PAD-TH8\r", true, padTH8, dirPDTH8_K, 8},
         {"lower-case hexadecimal", "!010f0600\r", "!01PAD-VTH\r", true, padVTH8, dirPDVTH8_K, 8},
@@ -79,13 +59,13 @@ TEST(DeweDecodeStatePAD, ConfigurationAndNameGiveTypeRangeAndChannels)
         {"configuration without final CR", "!010806000", "!01PAD-V8\r", false, dmtNone, dirNone, 0},
         {"configuration without prompt", "?01080600\r", "!01PAD-V8\r", false, dmtNone, dirNone, 0},
     };
-    for (const PADRow& row : rows) {
-        SCOPED_TRACE(row.name);
+    for (const auto& [name, configuration, nameReply, ok, wantType, wantInput, wantChannels] : rows) {
+        SCOPED_TRACE(name);
         THVKDeweModuleType type = daqpV;
         THVKDeweModuleInputRange input = dirV1V;
         std::int32_t channels = 99;
-        EXPECT_EQ(THVKDeweModules::DecodeStatePAD(row.configuration, row.nameReply, type, input, channels), row.ok);
-        EXPECT_EQ(std::tuple(type, input, channels), std::tuple(row.type, row.input, row.channels));
+        EXPECT_EQ(THVKDeweModules::DecodeStatePAD(configuration, nameReply, type, input, channels), ok);
+        EXPECT_EQ(std::tuple(type, input, channels), std::tuple(wantType, wantInput, wantChannels));
     }
 }
 

@@ -150,10 +150,6 @@ TEST(DeweSerialBus, SilentLineScanEndsWithinItsTimeOuts)
     EXPECT_EQ(modules.GetModuleCount() + modules.GetModuleCountPAD(), 0);
     EXPECT_GE(elapsed, SilentSearchesLowerBound);
     EXPECT_LE(elapsed, 2 * SilentSearchesUpperBound);
-    const QByteArray received = bus.GetReceived();
-    EXPECT_TRUE(received.contains("??00\r??01\r") && received.contains("??20\r$002\r$012\r"));
-    EXPECT_TRUE(received.endsWith("$202\r"));
-    EXPECT_FALSE(received.contains('M'));
 }
 
 TEST(DeweSerialBus, AVanishedBusNeverHangsTheDriver)
