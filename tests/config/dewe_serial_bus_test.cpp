@@ -49,20 +49,14 @@ constexpr qint64 SilentSearchesUpperBound =
 TEST(DeweSerialBus, ComPortNumbersMapToDevices)
 {
     qunsetenv("QX_COM7");
-    EXPECT_EQ(ComPortDevice(1), "/dev/ttyS0");
     EXPECT_EQ(ComPortDevice(12), "/dev/ttyS11");
     EXPECT_EQ(ComPortDevice(0), "");
     THVKDeweModules modules;
-    {
-        ComPortGuard com("/nonexistent/tty");
-        EXPECT_FALSE(modules.OpenComm(Port));
-    }
-    {
-        ComPortGuard com("/dev/null");  // not a terminal
-        EXPECT_FALSE(modules.OpenComm(Port));
+    for (const char* device : {"/nonexistent/tty", "/dev/null" /* not a terminal */}) {
+        ComPortGuard com(device);
+        EXPECT_FALSE(modules.OpenComm(Port)) << device;
     }
     TDeweBusSimulator bus;
-    EXPECT_THROW(bus.AddDAQPModule(33, 0, 0, 0, false), EDeweBusSimulatorError);
     ComPortGuard com(bus.GetDevicePath());
     EXPECT_EQ(ComPortDevice(Port), bus.GetDevicePath());
     ASSERT_TRUE(modules.OpenComm(Port));
@@ -73,28 +67,20 @@ TEST(DeweSerialBus, ComPortNumbersMapToDevices)
     EXPECT_FALSE(modules.GetPortOpen());
 }
 
+// Bad replies in general are met on a line in memory (dewe_driver_test); here are those whose
+// timing only a real line gives: a reply split within the read time-out, surplus bytes that
+// spoil the next address, a module that vanishes between two requests, and a short PAD reply.
 TEST(DeweSerialBus, ScanFindsTheModulesThatAnswerWell)
 {
     TDeweBusSimulator bus;
     bus.PopulateDemoBus();
-    bus.AddDAQPModule(3, 0x00, 0x00, 0x00, false);
-    bus.SetFault(3, dsfShortReply);
-    bus.AddDAQPModule(6, 0x00, 0x00, 0x00, false);
-    bus.SetFault(6, dsfGarbage);
     bus.AddDAQPModule(7, 0x04, 0x00, 0x04, false);
     bus.SetFault(7, dsfSplitReply);
-    bus.AddDAQPModule(9, 0x03, 0x00, 0x00, false);  // unknown type
     bus.AddDAQPModule(14, 0x06, 0x00, 0x00, true);
     bus.SetFault(14, dsfLongReply);
     bus.AddDAQPModule(15, 0x00, 0x00, 0x00, false);  // its reply comes after 14's surplus
-    bus.AddDAQPModule(17, 0x07, 0x01, 0x03, false);
     bus.AddPADModule(22, "PAD-TH8", 0x0F, {});
     bus.SetFault(22, dsfSilent, 1);  // vanishes between configuration and name
-    bus.AddPADModule(24, "PAD-V8", 0x08, {});
-    bus.SetFault(24, dsfGarbage);
-    bus.AddPADModule(26, "6013", 0x29, {});
-    bus.SetFault(26, dsfSplitReply);
-    bus.AddPADModule(28, "PAD-VTH8", 0x0F, {});
     bus.AddPADModule(30, "PAD-V8", 0x08, {});
     bus.SetFault(30, dsfShortReply);
     bus.AddPADModule(32, "PAD-V8", 0x0D, {});
@@ -110,48 +96,34 @@ TEST(DeweSerialBus, ScanFindsTheModulesThatAnswerWell)
         {7, "DAQP-DMM", "1000V", "10Hz", false, 0},
         {8, "DAQP-Freq", "10 kHz", "1 kHz", false, 0},
         {14, QStringLiteral("DAQP-µV"), "25mV", "20kHz", true, 0},
-        {17, "DAQP-TRG", "Range B", "30Hz", false, 0},
         {10, "PAD-V8", "10V", "Unassigned", false, 8},
         {12, "PAD-RTD3", QStringLiteral("Pt100 -100..100°C a=0.00385"), "Unassigned", false, 3},
         {20, "PAD-VTH8", "CJC K", "Unassigned", false, 8},
-        {26, "PAD-RTD3", QStringLiteral("Ni120 0..100°C"), "Unassigned", false, 3},
         {32, "PAD-V8", "20mA", "Unassigned", false, 8},
     };
     EXPECT_EQ(Describe(result), expected);
     EXPECT_TRUE(ScanDeweModules(0).Modules.empty());
 }
 
-TEST(DeweSerialBus, SetCommandsAndChannelValuesReachTheModules)
+// The set command's tail differs for charge and frequency modules; the simulator reads it.
+TEST(DeweSerialBus, SetCommandsReachTheModules)
 {
     TDeweBusSimulator bus;
     bus.PopulateDemoBus();
     ComPortGuard com(bus.GetDevicePath());
     THVKDeweModules modules;
     ASSERT_TRUE(modules.OpenComm(Port));
-
-    ASSERT_TRUE(modules.AddModulePAD(12));
-    THVKDeweModule& rtd = *modules.GetModulePAD(0);
-    double value = 0;
-    EXPECT_TRUE(rtd.ReadPADChannel(2, value));
-    EXPECT_DOUBLE_EQ(value, -10.0);
-    bus.SetPADChannelText(12, 1, "+022,75");
-    bus.SetFault(12, dsfGarbage, 3, 1);  // the next reply only
-    EXPECT_TRUE(rtd.ReadPADChannel(1, value));
-    EXPECT_DOUBLE_EQ(value, 22.75);
-    EXPECT_FALSE(rtd.ReadPADChannel(3, value));
-
     ASSERT_TRUE(modules.AddModule(1));
     ASSERT_TRUE(modules.AddModule(5));
     ASSERT_TRUE(modules.AddModule(8));
     THVKDeweModule& volts = *modules.GetModule(0);
     THVKDeweModule& charge = *modules.GetModule(1);
-    THVKDeweModule& frequency = *modules.GetModule(2);
     volts.SetNextInputRange();
     volts.SetPreviousFilterRange();
     volts.SetRemote(false);
     charge.SetFilterRange(firCHARGE1kHz);
     charge.SetRemote(true);
-    frequency.SetInputRange(dirFREQ100Hz);
+    modules.GetModule(2)->SetInputRange(dirFREQ100Hz);
     auto state = [&](int address) {
         const TDeweSimDAQPState s = bus.GetDAQPState(address).value();
         return std::tuple(s.InputCode, s.FilterCode, s.Remote);
@@ -162,12 +134,6 @@ TEST(DeweSerialBus, SetCommandsAndChannelValuesReachTheModules)
     EXPECT_EQ(std::tuple(volts.GetInputRange(), volts.GetFilterRange(), volts.GetRemote()),
               std::tuple(dirV50V, firV100Hz, false));
     EXPECT_TRUE(bus.GetReceived().contains("##05010F01990\r##05010F01991\r"));
-
-    // A module that stops answering keeps what it had.
-    bus.SetFault(1, dsfSilent);
-    EXPECT_FALSE(volts.UpdateConfiguration(dirV1V, firV10Hz, true));
-    EXPECT_EQ(volts.GetInputRange(), dirV50V);
-    EXPECT_EQ(state(1), std::tuple(0x00, 0x03, false));
 }
 
 TEST(DeweSerialBus, SilentLineScanEndsWithinItsTimeOuts)
@@ -184,10 +150,6 @@ TEST(DeweSerialBus, SilentLineScanEndsWithinItsTimeOuts)
     EXPECT_EQ(modules.GetModuleCount() + modules.GetModuleCountPAD(), 0);
     EXPECT_GE(elapsed, SilentSearchesLowerBound);
     EXPECT_LE(elapsed, 2 * SilentSearchesUpperBound);
-    const QByteArray received = bus.GetReceived();
-    EXPECT_TRUE(received.contains("??00\r??01\r") && received.contains("??20\r$002\r$012\r"));
-    EXPECT_TRUE(received.endsWith("$202\r"));
-    EXPECT_FALSE(received.contains('M'));
 }
 
 TEST(DeweSerialBus, AVanishedBusNeverHangsTheDriver)

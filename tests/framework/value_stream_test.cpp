@@ -36,16 +36,9 @@ TEST(ValueStream, AwkwardValuesReadBackExactly)
     const QStringList strings = {"", "say \"hi\"\\", "Grüße, 温度 °C", "line\nbreak\ttab", QString(QChar(0))};
     const std::int64_t integers[] = {std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int64_t>::max(),
                                      0, -1, 9007199254740993};
-    const double floats[] = {-0.0,
-                             0.0,
-                             std::numeric_limits<double>::denorm_min(),
-                             -2.2250738585072009e-308,
-                             std::numeric_limits<double>::max(),
-                             1.7e30,
-                             0.1,
-                             1.0,
-                             std::numeric_limits<double>::infinity(),
-                             -std::numeric_limits<double>::infinity()};
+    constexpr double kInf = std::numeric_limits<double>::infinity();
+    const double floats[] = {-0.0, 0.0, std::numeric_limits<double>::denorm_min(), -2.2250738585072009e-308,
+                             std::numeric_limits<double>::max(), 1.7e30, 0.1, 1.0, kInf, -kInf};
     TWriter writer(QStringLiteral("test"));
     for (const QString& s : strings)
         writer.WriteString(s);
