@@ -1,8 +1,7 @@
 #pragma once
 
-#include <QList>
-#include <QObject>
 #include <QStringList>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -10,27 +9,20 @@
 #include "qxbase/control/event_link.h"
 #include "qxbase/measure/block_buffer.h"
 #include "qxbase/sources/measure_source.h"
+#include "tests/framework/print_qstring.h"
 
 namespace qxtest {
 
 using namespace qx;
 
-// One cycle's blocks: Channels blocks of Samples values, sample n of channel c = c * 1000 + n,
-// and a time block per channel.
+// One cycle's blocks: sample n of channel c is c * 1000 + n; a time block per channel.
 struct TBlockSet {
-    TBlockSet(int Channels, int Samples)
-        : Defs(static_cast<std::size_t>(Channels)), Data(static_cast<std::size_t>(Channels)),
-          Time(static_cast<std::size_t>(Channels))
+    TBlockSet(int Channels, int Samples) : Defs(Size(Channels)), Data(Size(Channels)), Time(Size(Channels))
     {
-        for (int c = 0; c < Channels; ++c) {
-            const auto i = static_cast<std::size_t>(c);
-            Defs[i].ChannelNo = c;
-            Data[i] = NewDataDouble(Samples);
-            Time[i] = NewDataDouble(Samples);
-            for (int n = 0; n < Samples; ++n) {
-                Data[i].data[n] = c * 1000.0 + n;
-                Time[i].data[n] = n * 0.001;
-            }
+        for (std::size_t c = 0; c < Data.size(); ++c) {
+            Data[c] = NewDataDouble(Samples);
+            Time[c] = NewDataDouble(Samples);
+            for (int n = 0; n < Samples; ++n) Data[c].data[n] = static_cast<double>(c) * 1000 + n;
         }
     }
     ~TBlockSet()
@@ -38,35 +30,38 @@ struct TBlockSet {
         FreeDataDoubleArray(Data);
         FreeDataDoubleArray(Time);
     }
-    TBlockSet(const TBlockSet&) = delete;
-    TBlockSet& operator=(const TBlockSet&) = delete;
-
-    void SendFrom(TQXMeasureSourceEx& Source, double StartTime = 0) { Source.SendData(Defs, Data, Time, StartTime); }
+    static std::size_t Size(int n) { return static_cast<std::size_t>(n); }
+    void SendFrom(TQXMeasureSourceEx& Source, double Start = 0) { Source.SendData(Defs, Data, Time, Start); }
+    bool Empty() const
+    {
+        for (const auto* blocks : {&Data, &Time})
+            for (const TRVDataDouble& b : *blocks)
+                if (b.data != nullptr || b.count != 0) return false;
+        return true;
+    }
 
     TRVShortdefs Defs;
     TRVDataDoubleArray Data;
     TRVDataDoubleArray Time;
 };
 
-// A consumer: an owner object with one link that copies every block set it receives and logs
-// "<name>:data", "<name>:settings" and "<name>:gone".
+// An owner with one link: copies what it receives and logs "<name>:data", ":settings", ":gone".
 class TConsumer : public QObject {
 public:
-    TConsumer(const QString& Name, QStringList& Log) : FLog(Log)
+    TConsumer(const QString& Name, QStringList& Log)
     {
         setObjectName(Name);
-        Link.OnNewData = [this](TQXMeasureLinkEx*, const TRVShortdefs& Defs, const TRVDataDoubleArray& Data,
-                                const TRVDataDoubleArray&, double StartTime) {
-            FLog << objectName() + ":data";
+        Link.OnNewData = [this, &Log](TQXMeasureLinkEx*, const TRVShortdefs&, const TRVDataDoubleArray& Data,
+                                      const TRVDataDoubleArray&, double Start) {
+            Log << objectName() + ":data";
             Received.emplace_back();
-            for (const TRVDataDouble& block : Data) Received.back().emplace_back(block.data, block.data + block.count);
-            LastDefs = Defs;
-            LastStart = StartTime;
+            for (const TRVDataDouble& b : Data) Received.back().emplace_back(b.data, b.data + b.count);
+            LastStart = Start;
             if (AfterData) AfterData();
         };
-        Link.OnUpdateSettings = [this](TQXMeasureLinkEx*) { FLog << objectName() + ":settings"; };
-        Link.OnSourceDestroyed = [this](TQXMeasureSourceEx* Source) {
-            FLog << objectName() + ":gone";
+        Link.OnUpdateSettings = [this, &Log](TQXMeasureLinkEx*) { Log << objectName() + ":settings"; };
+        Link.OnSourceDestroyed = [this, &Log](TQXMeasureSourceEx* Source) {
+            Log << objectName() + ":gone";
             GoneSource = Source;
             if (AfterGone) AfterGone();
         };
@@ -74,66 +69,43 @@ public:
 
     TQXMeasureLinkEx Link{this};
     std::vector<std::vector<std::vector<double>>> Received;  // per set, per channel
-    TRVShortdefs LastDefs;
     double LastStart = -1;
     TQXMeasureSourceEx* GoneSource = nullptr;
     std::function<void()> AfterData;
     std::function<void()> AfterGone;
-
-private:
-    QStringList& FLog;
 };
 
-// A processor that multiplies every sample by Factor and sends the result on, one block per
-// input block, with the input's definitions and time blocks copied.
+// A processor that multiplies every sample by Factor and sends the result on.
 class TScaler : public TQXMLSBaseEx {
 public:
-    explicit TScaler(double Factor, const QString& Description = QString()) : FFactor(Factor)
-    {
-        if (!Description.isEmpty()) SetObjectDescription(Description);
-    }
-
-    int Updates = 0;
+    explicit TScaler(double Factor) : FFactor(Factor) {}
 
 protected:
-    void MLSOnUpdateSettings(TQXMeasureLinkEx*) override { ++Updates; }
     void MLSOnNewData(TQXMeasureLinkEx*, const TRVShortdefs& Defs, const TRVDataDoubleArray& Data,
-                      const TRVDataDoubleArray& TimeChannel, double StartTime) override
+                      const TRVDataDoubleArray&, double Start) override
     {
         TRVDataDoubleArray out(Data.size());
-        TRVDataDoubleArray time(TimeChannel.size());
+        TRVDataDoubleArray time;
         for (std::size_t c = 0; c < Data.size(); ++c) {
             out[c] = NewDataDouble(Data[c].count);
             for (int n = 0; n < Data[c].count; ++n) out[c].data[n] = Data[c].data[n] * FFactor;
         }
-        for (std::size_t c = 0; c < TimeChannel.size(); ++c) {
-            time[c] = NewDataDouble(TimeChannel[c].count);
-            std::copy_n(TimeChannel[c].data, TimeChannel[c].count, time[c].data);
-        }
-        SendData(Defs, out, time, StartTime);
+        SendData(Defs, out, time, Start);
     }
 
 private:
     double FFactor;
 };
 
-// Listens to the debug event source as the debug viewer does (DoDebug is on while it lives) and
-// keeps every trace line split into its fields.
+// Listens to the debug event source (DoDebug is on while it lives) and keeps the data trace
+// lines ("4", ...) split into their fields.
 struct TDebugViewer {
     TDebugViewer()
     {
         Link.OnEvent = [this](TQXEventLink*, std::uint32_t, TQXEventClass c, const QString& text) {
-            if (c == qxecDebugClientMessage) Lines.append(text.split(QChar(8)));
+            if (c == qxecDebugClientMessage && text.startsWith(QLatin1String("4"))) Lines.append(text.split(QChar(8)));
         };
         Link.SetEventSource(FDebugEventSource());
-    }
-    // The trace lines of delivered data ("4", ...).
-    QList<QStringList> DataLines() const
-    {
-        QList<QStringList> lines;
-        for (const QStringList& line : Lines)
-            if (line.value(0) == QLatin1String("4")) lines.append(line);
-        return lines;
     }
     TQXEventLink Link;
     QList<QStringList> Lines;
