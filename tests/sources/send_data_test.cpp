@@ -100,10 +100,10 @@ TEST(SendData, ConsumersLeavingDuringDelivery)
     // D frees A, which it passed already, and then itself; C, attached meanwhile, waits.
     b->AfterData = nullptr;
     b->Link.SetQXMeasureSourceEx(&source);
-    d->AfterData = [&] {
+    d->AfterData = [&] {  // its last act frees the closure itself
+        c->Link.SetQXMeasureSourceEx(&source);
         a.reset();
         d.reset();
-        c->Link.SetQXMeasureSourceEx(&source);
     };
     log.clear();
     TBlockSet(1, 8).SendFrom(source);
