@@ -24,7 +24,10 @@ class QXBASE_EXPORT TQXMeasureSourceEx : public TKSSourceControlClient {
 
 public:
     explicit TQXMeasureSourceEx(QWidget* parent = nullptr);
-    // Tells the destruction notification and every link, then frees the channel list.
+    // Calls OnDestruction, then tells every link in order (Source none, UpdateSettingsEx,
+    // OnSourceDestroyed), then frees the channel list. A link listed twice is told once; links
+    // freed or detached by a handler meanwhile are skipped. Handler exceptions are reported on
+    // the debug output and swallowed.
     ~TQXMeasureSourceEx() override;
 
     // Appends the link (no duplicate check), sets its source and calls its UpdateSettingsEx. A
