@@ -10,37 +10,29 @@
 
 using namespace qx;
 
-// A panel with an integer property "Level" (5) and an enumeration "Mode" (Off, On, Auto).
+// A panel with an integer property "Level" (5) and an enumeration "Mode" (Off, On, Auto; 0).
 class TOvenPanel : public TKSMSSink {
     Q_OBJECT
 
 public:
     explicit TOvenPanel(QWidget* parent = nullptr) : TKSMSSink(parent)
     {
-        RegisterProperty(
-            "Level of the oven", "Level",
-            [this](TQXPropertyItem*, bool Get, bool, Variant& Value) {
-                if (Get && FailReads) throw Exception("Level cannot be read");
-                if (Get) Value = std::int32_t{5};
+        const auto read = [this](std::int32_t Value) {
+            return [this, Value](TQXPropertyItem*, bool Get, bool, Variant& Out) {
+                if (Get && FailReads) throw Exception("cannot be read");
+                if (Get) Out = Value;
                 return S_OK;
-            },
-            varInteger, "int", false, 0, 0, 1);
+            };
+        };
+        RegisterProperty("Level of the oven", "Level", read(5), varInteger, "int", false, 0, 0, 1);
         Variant modes = Variant::CreateArray(0, 2, varVariant);
-        modes.SetArrayElement(0, "Off");
-        modes.SetArrayElement(1, "On");
-        modes.SetArrayElement(2, "Auto");
-        RegisterProperty(
-            "Mode", "Mode",
-            [](TQXPropertyItem*, bool Get, bool, Variant& Value) {
-                if (Get) Value = std::int32_t{0};
-                return S_OK;
-            },
-            0, modes, 2);
+        for (int i = 0; i < 3; ++i) modes.SetArrayElement(i, QStringList{"Off", "On", "Auto"}.at(i));
+        RegisterProperty("Mode", "Mode", read(0), 0, modes, 2);
     }
     bool FailReads = false;
 };
 
-// Clients named as the host's classes whose lines the overview builds in full or marks.
+// Clients named as host classes whose lines are built in full, or marked as compound.
 class TKSCtrlSrcCliButton : public TKSSourceControlClient {
     Q_OBJECT
 public:
@@ -61,40 +53,7 @@ public:
 
 namespace {
 
-template <class T>
-T* Make(QWidget* Owner, const QString& Name, const QString& Description)
-{
-    auto* object = new T(Owner);
-    object->setObjectName(Name);
-    object->SetObjectDescription(Description);
-    return object;
-}
-
-void Bind(TKSSourceControlClient* Client, const QString& Panel, const QString& Property, const Variant& Active = {},
-          const Variant& Passive = {})
-{
-    auto& item = *Client->GetPropInputList().emplace_back(std::make_unique<TKSControlSourcePropListItem>());
-    item.FPanelName = Panel;
-    item.FPropertyName = Property;
-    item.FActiveValue = Active;
-    item.FPassiveValue = Passive;
-}
-
-QStringList Lines(const TQXConnectionTarget* Target)
-{
-    QStringList lines;
-    for (int i = 0; i < Target->GetConnectionCount(); ++i) lines << Target->GetConnection(i);
-    return lines;
-}
-
-QStringList Descriptions(const TQXConnectionRoot* Root)
-{
-    QStringList texts;
-    for (int i = 0; i < Root->GetConnectionTargetCount(); ++i) texts << Root->GetConnectionTarget(i)->GetDescription();
-    return texts;
-}
-
-// A sheet with a page holding a source, a chart reading it, the oven and clients bound to it.
+// A sheet with a page holding a source "Src", a chart reading it and the oven.
 class ConnectionScan : public ::testing::Test {
 public:
     void SetUp() override
@@ -103,30 +62,54 @@ public:
         Source->ChannelListAdd("c1", "A", "amp", 0, 0.5, {}, 0, 2, true);
         Source->ChannelListAdd("c2", "T", "degC", -1.5e-7, 1e20, {}, 0, 3, true);
         Chart->SetChannelMode(3);
-        Chart->ChannelAddMultiple({2, -1, 9, 0});  // only as many positions as the source has
-        ChartLink->SetQXMeasureSourceEx(Source);
+        Chart->ChannelAddMultiple({2, -1, 9, 0});  // read up to the source's three channels
+        ChartLink.SetQXMeasureSourceEx(Source);
         NotAPanel.SetQXMeasureSourceEx(Source);
     }
-    void TearDown() override
-    {
-        ChartLink->SetQXMeasureSourceEx(nullptr);
-        NotAPanel.SetQXMeasureSourceEx(nullptr);
-    }
 
-    // What loading a worksheet does for every client.
-    void InstallAll()
+    template <class T>
+    T* Make(QWidget* Owner, const QString& Name, const QString& Description)
     {
-        for (QObject* child : Page->children())
-            if (auto* client = qobject_cast<TKSSourceControlClient*>(child)) client->InstallControlSourceConnections();
+        auto* object = new T(Owner);
+        object->setObjectName(Name);
+        object->SetObjectDescription(Description);
+        return object;
+    }
+    // A client bound to the given "panel.property" names, installed as loading does it.
+    template <class T>
+    T* Client(const QString& Name, const QString& Description, const QStringList& Bindings)
+    {
+        T* client = Make<T>(Page, Name, Description);
+        for (const QString& binding : Bindings) {
+            auto& item = *client->GetPropInputList().emplace_back(std::make_unique<TKSControlSourcePropListItem>());
+            item.FPanelName = binding.section('.', 0, 0);
+            item.FPropertyName = binding.section('.', 1);
+        }
+        client->InstallControlSourceConnections();
+        return client;
+    }
+    static QStringList Lines(const TQXConnectionRoot* Root, int Target)
+    {
+        QStringList lines;
+        for (int i = 0; i < Root->GetConnectionTarget(Target)->GetConnectionCount(); ++i)
+            lines << Root->GetConnectionTarget(Target)->GetConnection(i);
+        return lines;
+    }
+    static QStringList Targets(const TQXConnectionRoot* Root)
+    {
+        QStringList texts;
+        for (int i = 0; i < Root->GetConnectionTargetCount(); ++i)
+            texts << Root->GetConnectionTarget(i)->GetDescription();
+        return texts;
     }
 
     QWidget Sheet;
     QWidget* Page = new QWidget(&Sheet);
     TQXMeasureSourceEx* Source = Make<TQXMeasureSourceEx>(Page, "Src", "Source B");
     TKSMSSink* Chart = Make<TKSMSSink>(Page, "Chart", "Chart 1");
-    std::unique_ptr<TQXMeasureLinkEx> ChartLink = std::make_unique<TQXMeasureLinkEx>(Chart);
-    TQXMeasureLinkEx NotAPanel{&Sheet};
     TOvenPanel* Oven = Make<TOvenPanel>(Page, "Oven", "Oven");
+    TQXMeasureLinkEx ChartLink{Chart};
+    TQXMeasureLinkEx NotAPanel{&Sheet};
     TQXConnectionCollector Collector;
 };
 
@@ -134,100 +117,70 @@ public:
 
 TEST_F(ConnectionScan, DataSourcesWithTheChannelsOfEachReadingPanel)
 {
-    // A source without component name, nested in a panel, yields no root.
+    // A source without component name yields no root; one nested in a panel is found.
     Make<TQXMeasureSourceEx>(Chart, "", "Source A");
     Make<TQXMeasureSourceEx>(Chart, "Inner", "Source A");
-    TQXMeasureLinkEx second(Oven);
-    second.SetQXMeasureSourceEx(Source);
+    TQXMeasureLinkEx ovenLink(Oven);
+    ovenLink.SetQXMeasureSourceEx(Source);
 
     Collector.ScanRoot(&Sheet);
     ASSERT_EQ(Collector.GetDataSourceRootCount(), 2);
     EXPECT_EQ(Collector.GetDataSourceRoot(0)->GetComponentName(), "Inner");
     const TQXConnectionRoot* root = Collector.GetDataSourceRoot(1);
-    EXPECT_EQ(root->GetDescription(), "Source B");
     EXPECT_EQ(root->GetClassName(), "TQXMeasureSourceEx");
-    EXPECT_EQ(Descriptions(root), (QStringList{"Chart 1", "Oven"}));
-    EXPECT_EQ(Lines(root->GetConnectionTarget(0)), (QStringList{"T [degC];  {-1.5E-7,1E20}", "unknown"}));
-    EXPECT_EQ(root->GetConnectionTarget(0)->GetClassName(), "TKSMSSink");
-    EXPECT_EQ(root->GetConnectionTarget(1)->GetConnectionCount(), 0);
-    EXPECT_EQ(root->GetConnectionTarget(1)->GetConnection(0), "");
-    EXPECT_EQ(root->GetConnectionTarget(2), nullptr);
-    EXPECT_EQ(Collector.GetDataSourceRoot(-1), nullptr);
+    EXPECT_EQ(Targets(root), (QStringList{"Chart 1", "Oven"}));
+    // Channel 9 is beyond the source's list: no line.
+    EXPECT_EQ(Lines(root, 0), (QStringList{"T [degC];  {-1.5E-7,1E20}", "unknown"}));
+    EXPECT_EQ(Lines(root, 1), QStringList());
 
     // Scans add up until cleared.
     Collector.ScanRoot(&Sheet);
     EXPECT_EQ(Collector.GetDataSourceRootCount(), 4);
     Collector.Clear();
-    EXPECT_EQ(Collector.GetDataSourceRootCount(), 0);
+    EXPECT_EQ(Collector.GetDataSourceRoot(0), nullptr);
 }
 
 TEST_F(ConnectionScan, BindingLinesByClientClassAndTheirListeners)
 {
-    auto* button = Make<TKSCtrlSrcCliButton>(Page, "Button", "Button");
-    Bind(button, "Oven", "Level");
-    Bind(button, "Oven", "Mode", std::int32_t{1}, std::int32_t{0});
-    Bind(button, "Chart", "PanelEnable");
-    auto* plain = Make<TKSSourceControlClient>(Page, "Plain", "Plain");
-    Bind(plain, "Oven", "Level");
-    auto* scope = Make<TKSCombCliScope>(Page, "Scope", "Scope");
-    Bind(scope, "Oven", "Level");
-    auto* alarm = Make<TKSCtrlSrcCliEvent>(Page, "", "Alarm");
-    Bind(alarm, "Oven", "Level");
-    auto* shown = Make<TKSCtrlSrcCliEvent>(Page, "Alarm2", "Alarm 2");
-    Bind(shown, "Oven", "Mode");
-    InstallAll();
-    Bind(shown, "Gone", "Level");
+    Client<TKSCtrlSrcCliButton>("Button", "Button", {"Oven.Level", "Chart.PanelEnable", "Oven.Mode"});
+    Client<TKSSourceControlClient>("Plain", "Plain", {"Oven.Level"});
+    Client<TKSCombCliScope>("Scope", "Scope", {"Oven.Level"});
+    Client<TKSCtrlSrcCliEvent>("", "Alarm", {"Oven.Level"});
+    Client<TKSCtrlSrcCliEvent>("Alarm2", "Alarm", {"Oven.Mode"});
 
     Collector.ScanRoot(&Sheet);
     ASSERT_EQ(Collector.GetControlSourceRootCount(), 5);
-    EXPECT_EQ(Collector.GetControlSourceRoot(0)->GetDescription(), "Alarm");
-    const TQXConnectionRoot* root = Collector.GetControlSourceRoot(1);
-    ASSERT_EQ(root->GetDescription(), "Alarm 2");
-    // The scan installed the bindings again, which dropped the one that does not resolve.
-    EXPECT_EQ(Lines(root->GetConnectionTarget(0)), (QStringList{"Mode = [active: Off] [passive: Off]"}));
-
-    root = Collector.GetControlSourceRoot(2);
+    // Equal descriptions keep both roots, in the order found.
+    EXPECT_EQ(Collector.GetControlSourceRoot(0)->GetComponentName(), "");
+    const TQXConnectionRoot* root = Collector.GetControlSourceRoot(2);
     ASSERT_EQ(root->GetDescription(), "Button");
-    EXPECT_EQ(Descriptions(root), (QStringList{"Chart 1", "Oven"}));
-    EXPECT_EQ(Lines(root->GetConnectionTarget(0)), (QStringList{"Panel State = [active: Enabled] [passive: Enabled]"}));
-    EXPECT_EQ(Lines(root->GetConnectionTarget(1)),
-              (QStringList{"Level of the oven = 5", "Mode = [active: On] [passive: Off]"}));
-    EXPECT_EQ(root->GetConnectionTarget(1)->GetComponentName(), "Oven");
+    EXPECT_EQ(Targets(root), (QStringList{"Chart 1", "Oven"}));
     EXPECT_EQ(root->GetConnectionTarget(1)->GetClassName(), "TOvenPanel");
-
-    EXPECT_EQ(Lines(Collector.GetControlSourceRoot(3)->GetConnectionTarget(0)),
-              (QStringList{"Level of the oven = unknown"}));
-    EXPECT_EQ(Lines(Collector.GetControlSourceRoot(4)->GetConnectionTarget(0)),
+    EXPECT_EQ(Lines(root, 0), (QStringList{"Panel State = [active: Enabled] [passive: Enabled]"}));
+    EXPECT_EQ(Lines(root, 1), (QStringList{"Level of the oven = 5", "Mode = [active: Off] [passive: Off]"}));
+    EXPECT_EQ(Lines(Collector.GetControlSourceRoot(3), 0), (QStringList{"Level of the oven = unknown"}));
+    EXPECT_EQ(Lines(Collector.GetControlSourceRoot(4), 0),
               (QStringList{"!Compound control! : Level of the oven = unknown"}));
 
-    // The oven's listeners: every bound client with a component name; the event client shows
-    // its event description.
+    // The oven's listeners with a component name, one per link; the event client shows its
+    // event description.
     ASSERT_EQ(Collector.GetEventSourceRootCount(), 2);
     root = Collector.GetEventSourceRoot(1);
     ASSERT_EQ(root->GetDescription(), "Oven");
-    EXPECT_EQ(Descriptions(root), (QStringList{"Alarm 2", "Button", "Button", "Plain", "Scope"}));
-    EXPECT_EQ(Lines(root->GetConnectionTarget(0)), (QStringList{"Alarm raised"}));
-    EXPECT_EQ(Lines(root->GetConnectionTarget(1)), QStringList());
+    EXPECT_EQ(Targets(root), (QStringList{"Alarm", "Button", "Button", "Plain", "Scope"}));
+    EXPECT_EQ(Lines(root, 0), (QStringList{"Alarm raised"}));
 }
 
 TEST_F(ConnectionScan, AFailingScanKeepsWhatItCollected)
 {
-    auto* first = Make<TKSCtrlSrcCliButton>(Page, "First", "Same");
-    Bind(first, "Chart", "PanelEnable");
-    auto* second = Make<TKSCtrlSrcCliButton>(Page, "Second", "Same");
-    Bind(second, "Chart", "PanelEnable");
-    auto* failing = Make<TKSCtrlSrcCliButton>(Page, "Failing", "Failing");
-    Bind(failing, "Oven", "Level");
-    auto* never = Make<TKSCtrlSrcCliButton>(Page, "Never", "Never");
-    Bind(never, "Chart", "PanelEnable");
-    InstallAll();
+    Client<TKSCtrlSrcCliButton>("First", "First", {"Chart.PanelEnable"});
+    Client<TKSCtrlSrcCliButton>("Failing", "Failing", {"Oven.Level"});
+    Client<TKSCtrlSrcCliButton>("Never", "Never", {"Chart.PanelEnable"});
     Oven->FailReads = true;
-
     Collector.ScanRoot(&Sheet);
     EXPECT_EQ(Collector.GetDataSourceRootCount(), 1);
-    ASSERT_EQ(Collector.GetControlSourceRootCount(), 2);
+    ASSERT_EQ(Collector.GetControlSourceRootCount(), 1);
     EXPECT_EQ(Collector.GetControlSourceRoot(0)->GetComponentName(), "First");
-    EXPECT_EQ(Collector.GetControlSourceRoot(1)->GetComponentName(), "Second");
     Oven->FailReads = false;
 }
 
