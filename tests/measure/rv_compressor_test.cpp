@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <random>
 #include <vector>
@@ -24,21 +23,13 @@ constexpr CompressFn kNamed[] = {
     &TQXRVCompressorEx::CompressDev,
 };
 
-// Reduces a copy of Values in a fresh buffer, by method and by the method's own operation.
+// Reduces a copy of Values in a fresh buffer with the method's operation.
 double Reduce(TKSRVLinkSingleCompressionMethod Method, const std::vector<double>& Values, double Factor = 1,
               double Offset = 0)
 {
     TRVDataDouble block = NewDataDouble(static_cast<int>(Values.size()));
     std::copy(Values.begin(), Values.end(), block.data);
-    TRVDataDouble result = TQXRVCompressorEx::Compress(Method, block, Factor, Offset);
-    if (Method < TKSRVLinkSingleCompressionMethodCount) {
-        TRVDataDouble named = kNamed[Method](block, Factor, Offset);
-        EXPECT_EQ(named.count, result.count);
-        if (named.data && result.data) {
-            EXPECT_EQ(std::memcmp(named.data, result.data, sizeof(double)), 0);
-        }
-        FreeDataDouble(named);
-    }
+    TRVDataDouble result = kNamed[Method](block, Factor, Offset);
     FreeDataDouble(block);
     EXPECT_EQ(result.count, result.data ? 1 : 0);
     const double value = result.data ? result.data[0] : kEmpty;
@@ -58,7 +49,8 @@ TEST(Compressor, HandComputedValues)
     EXPECT_EQ(TQXRVCompressorEx::CompressMin(TRVDataDouble{nullptr, 3}, 1, 0).count, 0);
     EXPECT_EQ(Reduce(rvcompSDev, {4}, 2, 1), NoValueMarker);
     EXPECT_EQ(Reduce(rvcompAverage, {}), kEmpty);
-    EXPECT_EQ(Reduce(static_cast<TKSRVLinkSingleCompressionMethod>(7), {1}), kEmpty);
+    double one = 1;
+    EXPECT_EQ(TQXRVCompressorEx::Compress(static_cast<TKSRVLinkSingleCompressionMethod>(7), {&one, 1}, 1, 0).count, 0);
     EXPECT_EQ(GetCompressionMethodText(rvcompSDev), QStringLiteral("Standard deviation"));
 }
 

@@ -8,31 +8,32 @@
 
 namespace qxtest {
 
-// Channels "AI 0", "AI 1", ... of a source, added in that order.
-inline void AddChannels(qx::TQXMeasureSourceEx& Source, const std::vector<QString>& Names)
+// Replaces the source's channels with channels of these names and tells its links.
+inline void SetChannels(qx::TQXMeasureSourceEx& Source, const std::vector<QString>& Names)
 {
-    for (const QString& name : Names)
-        Source.ChannelListAdd(name, name + " unit", name + " text", -10, 10, {qx::msexTimeData}, 0,
-                              Source.GetNewChannelHandle(), true);
+    Source.ChannelListClear();
+    for (const QString& name : Names) Source.ChannelListAdd(name, "V", "", -10, 10, {}, 0, Source.GetNewChannelHandle(), true);
+    Source.ChannelChangeUpdate();
 }
 
-// One cycle of a source as it sends it: channel c holds the samples Values[c], each channel's
-// time block the times Times[c]. SendData takes the buffers.
+// One cycle as a source sends it: channel c holds Values[c], time block t holds Times[t].
+// Whatever SendData did not take is freed at the end.
 struct BlockSet {
     qx::TRVShortdefs Shortdefs;
-    qx::TRVDataDoubleArray Data;
-    qx::TRVDataDoubleArray Time;
+    qx::TRVDataDoubleArray Data, Time;
 
     BlockSet(const std::vector<std::vector<double>>& Values, const std::vector<std::vector<double>>& Times)
     {
+        const auto block = [](const std::vector<double>& v) {
+            qx::TRVDataDouble b = qx::NewDataDouble(static_cast<int>(v.size()));
+            std::copy(v.begin(), v.end(), b.data);
+            return b;
+        };
         for (std::size_t c = 0; c < Values.size(); ++c) {
-            qx::TRVShortdef def;
-            def.ChannelNo = static_cast<int>(c);
-            def.Handle = static_cast<std::uint32_t>(100 + c);
-            Shortdefs.push_back(def);
-            Data.push_back(Block(Values[c]));
+            Shortdefs.emplace_back().ChannelNo = static_cast<int>(c);
+            Data.push_back(block(Values[c]));
         }
-        for (const auto& times : Times) Time.push_back(Block(times));
+        for (const auto& times : Times) Time.push_back(block(times));
     }
     ~BlockSet()
     {
@@ -42,17 +43,7 @@ struct BlockSet {
     BlockSet(const BlockSet&) = delete;
     BlockSet& operator=(const BlockSet&) = delete;
 
-    void Send(qx::TQXMeasureSourceEx& Source, double StartTime = 0)
-    {
-        Source.SendData(Shortdefs, Data, Time, StartTime);
-    }
-
-    static qx::TRVDataDouble Block(const std::vector<double>& Values)
-    {
-        qx::TRVDataDouble block = qx::NewDataDouble(static_cast<int>(Values.size()));
-        for (std::size_t i = 0; i < Values.size(); ++i) block.data[i] = Values[i];
-        return block;
-    }
+    void Send(qx::TQXMeasureSourceEx& Source, double StartTime = 0) { Source.SendData(Shortdefs, Data, Time, StartTime); }
 };
 
 }  // namespace qxtest

@@ -90,16 +90,15 @@ public:
     }
     static QStringList Lines(const TQXConnectionRoot* Root, int Target)
     {
+        const TQXConnectionTarget* target = Root->GetConnectionTarget(Target);
         QStringList lines;
-        for (int i = 0; i < Root->GetConnectionTarget(Target)->GetConnectionCount(); ++i)
-            lines << Root->GetConnectionTarget(Target)->GetConnection(i);
+        for (int i = 0; i < target->GetConnectionCount(); ++i) lines << target->GetConnection(i);
         return lines;
     }
     static QStringList Targets(const TQXConnectionRoot* Root)
     {
         QStringList texts;
-        for (int i = 0; i < Root->GetConnectionTargetCount(); ++i)
-            texts << Root->GetConnectionTarget(i)->GetDescription();
+        for (int i = 0; i < Root->GetConnectionTargetCount(); ++i) texts << Root->GetConnectionTarget(i)->GetDescription();
         return texts;
     }
 

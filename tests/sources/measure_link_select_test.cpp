@@ -24,7 +24,7 @@ class SelectLink : public ::testing::Test {
 public:
     void SetUp() override
     {
-        qxtest::AddChannels(Source, {"AI 0", "AI 1", "AI 2", "AI 3"});
+        qxtest::SetChannels(Source, {"AI 0", "AI 1", "AI 2", "AI 3"});
         Link->OnSelectedData = [this](TQXMeasureLinkEx*, const TRVShortdefs& defs, const TRVDataDoubleArray& data,
                                       const TRVDataDoubleArray& time, double) { Calls.push_back({defs, data, time}); };
         Link->SetQXMeasureSourceEx(&Source);
@@ -34,12 +34,6 @@ public:
         Names names;
         for (int i = 0; i < Link->GetChannelListCount(); ++i) names.push_back(Link->GetChannelList(i)->Name);
         return names;
-    }
-    void Reload(const Names& Channels)
-    {
-        Source.ChannelListClear();
-        qxtest::AddChannels(Source, Channels);
-        Source.ChannelChangeUpdate();
     }
 
     struct Call {
@@ -86,18 +80,18 @@ TEST_F(SelectLink, PassesTheSelectedChannelsOverTheSourcesBuffers)
 TEST_F(SelectLink, FollowsItsChannelsByNameAcrossListsAndSources)
 {
     Link->SetChannels(Numbers({1, 3}));
-    Reload({"AI 3", "AI 0", "AI 2", "AI 1", "AI 4"});
+    qxtest::SetChannels(Source, {"AI 3", "AI 0", "AI 2", "AI 1", "AI 4"});
     EXPECT_EQ(Selected(), (Names{"AI 3", "AI 1"}));
     // A name that is gone selects nothing until it comes back.
-    Reload({"AI 0", "AI 1"});
+    qxtest::SetChannels(Source, {"AI 0", "AI 1"});
     EXPECT_EQ(Selected(), (Names{"AI 1"}));
-    Reload({"AI 3", "AI 1"});
+    qxtest::SetChannels(Source, {"AI 3", "AI 1"});
     EXPECT_EQ(Selected(), (Names{"AI 3", "AI 1"}));
 
     // A source going away leaves the stored channels, names included, for the next one.
     {
         TQXMeasureSourceEx other;
-        qxtest::AddChannels(other, {"X", "AI 1", "AI 3"});
+        qxtest::SetChannels(other, {"X", "AI 1", "AI 3"});
         Link->SetQXMeasureSourceEx(&other);
         EXPECT_EQ(Selected(), (Names{"AI 1", "AI 3"}));
     }

@@ -14,7 +14,7 @@ class SingleLink : public ::testing::Test {
 public:
     void SetUp() override
     {
-        qxtest::AddChannels(Source, {"AI 0", "AI 1", "AI 2", "AI 3"});
+        qxtest::SetChannels(Source, {"AI 0", "AI 1", "AI 2", "AI 3"});
         Link.OnNewValue = [this](TQXMeasureLinkEx* link, const TRVShortdefs&, double start, double time, double value) {
             EXPECT_EQ(link, &Link);
             EXPECT_EQ(start, 5);
@@ -27,12 +27,6 @@ public:
     {
         qxtest::BlockSet set({{0}, {1}, {2, 4, 6, 8}, {}}, {{10, 11, 12, 13, 14}, {20}, {30, 31, 32}, {}});
         set.Send(Source, 5);
-    }
-    void Reload(const std::vector<QString>& Names)
-    {
-        Source.ChannelListClear();
-        qxtest::AddChannels(Source, Names);
-        Source.ChannelChangeUpdate();
     }
 
     TQXMeasureSourceEx Source;
@@ -74,12 +68,12 @@ TEST_F(SingleLink, ReducesItsChannelWithTheTimeOfTheFirstTimeBlock)
 TEST_F(SingleLink, FollowsItsChannelByNameWhenTheListChanges)
 {
     Link.SetChannel(1);
-    Reload({"AI 3", "AI 2", "AI 1", "AI 0"});
+    qxtest::SetChannels(Source, {"AI 3", "AI 2", "AI 1", "AI 0"});
     EXPECT_EQ(Link.GetChannel(), 2);
     // A name that is gone keeps the last position, and the name for its return.
-    Reload({"AI 7", "AI 8", "AI 9"});
+    qxtest::SetChannels(Source, {"AI 7", "AI 8", "AI 9"});
     EXPECT_EQ(Link.GetChannel(), 2);
-    Reload({"AI 1"});
+    qxtest::SetChannels(Source, {"AI 1"});
     EXPECT_EQ(Link.GetChannel(), 0);
     // A position the source does not have clears the name.
     Link.SetChannel(5);
