@@ -25,4 +25,8 @@ inline constexpr ResourceText _rsVT_METHOD15 = QX_RES("Polynominal linearization
 inline constexpr ResourceText _rsVT_METHOD16 = QX_RES("Split digital input");
 inline constexpr ResourceText _rsVT_METHOD17 = QX_RES("Invert waveform");
 
+// Errors of the trigger engine.
+inline constexpr ResourceText _rsInvalidData = QX_RES("Data format is invalid");
+inline constexpr ResourceText _rsInvalidTriggerChannel = QX_RES("TriggerChannel is invalid");
+
 }  // namespace qx::res
