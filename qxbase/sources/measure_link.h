@@ -5,6 +5,7 @@
 #include <QString>
 #include <functional>
 
+#include "qxbase/control/destruction_watch.h"
 #include "qxbase/framework/component_stream.h"
 #include "qxbase/framework/export.h"
 #include "qxbase/measure/channel_information.h"
@@ -30,7 +31,8 @@ using TQXSourceDestroyedEvent = std::function<void(TQXMeasureSourceEx* Source)>;
 enum TKSMeasureSourceNeeds : std::uint8_t { ksmsnNoChannels, ksmsnSingleChannel, ksmsnDualChannel, ksmsnChannelList };
 
 // A consumer's connection to one data source. The consumer (Owner) creates and frees it; a link
-// that is destroyed while attached detaches itself first.
+// that is destroyed while attached detaches itself first. Handlers may detach or re-attach this
+// link, or others, while they run.
 class QXBASE_EXPORT TQXMeasureLinkEx : public TStreamable {
 public:
     explicit TQXMeasureLinkEx(QObject* Owner = nullptr);
@@ -40,7 +42,8 @@ public:
 
     TQXMeasureSourceEx* GetSource() const { return FSource; }
     // Attaches to `Source` (null detaches). An attachment that would close a cycle of processors
-    // is refused silently and leaves the link detached.
+    // (the owner itself, or the owner upstream of `Source`) is refused silently and leaves the
+    // link detached from its previous source as well.
     virtual void SetQXMeasureSourceEx(TQXMeasureSourceEx* Source);
     QObject* GetOwner() const { return FOwner.data(); }
     void SetOwner(QObject* Owner) { FOwner = Owner; }
@@ -69,6 +72,7 @@ private:
     TQXMeasureSourceEx* FSource = nullptr;
     QPointer<QObject> FOwner;
     bool FEnabled = true;
+    TQXDestructionWatch FWatch;  // a source telling this link of its end must see it go
 };
 
 }  // namespace qx
