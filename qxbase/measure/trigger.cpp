@@ -46,14 +46,14 @@ void TRVTrigger::SetLevel(double Value) noexcept
     if (!std::isnan(Value)) FLevel = Value;
 }
 
-void TRVTrigger::SetPosSlopeTolerance(float Value) noexcept
+void TRVTrigger::SetLowSlopeTolerance(float Value) noexcept
 {
-    if (Value >= 0 && std::isfinite(Value)) FPosSlopeTolerance = Value;
+    if (Value >= 0 && std::isfinite(Value)) FLowSlopeTolerance = Value;
 }
 
-void TRVTrigger::SetNegSlopeTolerance(float Value) noexcept
+void TRVTrigger::SetHighSlopeTolerance(float Value) noexcept
 {
-    if (Value >= 0 && std::isfinite(Value)) FNegSlopeTolerance = Value;
+    if (Value >= 0 && std::isfinite(Value)) FHighSlopeTolerance = Value;
 }
 
 void TRVTrigger::SetSingleShot(bool Value) noexcept

@@ -63,11 +63,12 @@ public:
     // NaN is ignored.
     void SetLevel(double Value) noexcept;
     // The slope limits are these fractions of the trigger channel's range (YMax - YMin of its
-    // definition; 1 when that is 0 or not finite). Negative or non-finite values are ignored.
-    float GetPosSlopeTolerance() const noexcept { return FPosSlopeTolerance; }
-    void SetPosSlopeTolerance(float Value) noexcept;
-    float GetNegSlopeTolerance() const noexcept { return FNegSlopeTolerance; }
-    void SetNegSlopeTolerance(float Value) noexcept;
+    // definition; 1 when that is 0 or not finite): the low one for all slope types, the high
+    // one for the top of trtRangeSlope's window. Negative or non-finite values are ignored.
+    float GetLowSlopeTolerance() const noexcept { return FLowSlopeTolerance; }
+    void SetLowSlopeTolerance(float Value) noexcept;
+    float GetHighSlopeTolerance() const noexcept { return FHighSlopeTolerance; }
+    void SetHighSlopeTolerance(float Value) noexcept;
     bool GetSingleShot() const noexcept { return FSingleShot; }
     // Switching single shot on arms a new single shot.
     void SetSingleShot(bool Value) noexcept;
@@ -153,11 +154,12 @@ private:
 
     // Settings
     std::int32_t FTriggerChannel = 0;
-    // Deliberately not a crossing type, so a new trigger finds nothing until a type is set.
+    // Deliberately not a crossing type: with equal tolerances its window is empty, so a new
+    // trigger finds nothing until a type is set.
     TRVTriggerType FTriggerType = trtRangeSlope;
     double FLevel = 0;
-    float FPosSlopeTolerance = 0.01f;
-    float FNegSlopeTolerance = 0.01f;
+    float FLowSlopeTolerance = 0.01f;
+    float FHighSlopeTolerance = 0.01f;
     bool FSingleShot = false;
     std::int32_t FPreTrigger = 0;
     std::int32_t FBufferSize = 1024;

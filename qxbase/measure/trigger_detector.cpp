@@ -1,5 +1,7 @@
 #include "qxbase/measure/trigger_detector.h"
 
+#include <cmath>
+
 namespace qx {
 
 namespace {
@@ -23,14 +25,14 @@ std::int32_t ScanCrossing(const double* x, std::int32_t i, std::int32_t n, bool&
 
 }  // namespace
 
-void TRVTriggerDetector::Setup(TRVTriggerType Type, double Level, double RiseLimit,
-                               double FallLimit) noexcept
+void TRVTriggerDetector::Setup(TRVTriggerType Type, double Level, double LowLimit,
+                               double HighLimit) noexcept
 {
     if (Type != FType) FArmed = false;
     FType = Type;
     FLevel = Level;
-    FRiseLimit = RiseLimit;
-    FFallLimit = FallLimit;
+    FLowLimit = LowLimit;
+    FHighLimit = HighLimit;
 }
 
 std::int32_t TRVTriggerDetector::Scan(const double* Samples, std::int32_t From,
@@ -75,27 +77,27 @@ std::int32_t TRVTriggerDetector::ScanSlope(const double* x, std::int32_t i, std:
         FPrevious = x[i++];
         FArmed = true;
     }
-    const double rise = FRiseLimit;
-    const double fall = FFallLimit;
+    const double low = FLowLimit;
+    const double high = FHighLimit;
     double previous = FPrevious;
     std::int32_t found = n;
     switch (FType) {
     case trtPosSlope:
         for (; i < n; ++i) {
-            if (x[i] - previous > rise) { found = i; break; }
+            if (x[i] - previous > low) { found = i; break; }
             previous = x[i];
         }
         break;
     case trtNegSlope:
         for (; i < n; ++i) {
-            if (previous - x[i] > fall) { found = i; break; }
+            if (previous - x[i] > low) { found = i; break; }
             previous = x[i];
         }
         break;
     default:
         for (; i < n; ++i) {
-            const double step = x[i] - previous;
-            if (step > rise || -step > fall) { found = i; break; }
+            const double step = std::fabs(x[i] - previous);
+            if (step > low && step < high) { found = i; break; }
             previous = x[i];
         }
         break;

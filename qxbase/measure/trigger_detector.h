@@ -9,9 +9,9 @@ namespace qx {
 enum TRVTriggerType : std::uint8_t {
     trtPos,         // rises through the level
     trtNeg,         // falls through the level
-    trtPosSlope,    // rises by more than the rise limit from one sample to the next
-    trtRangeSlope,  // rises by more than the rise limit or falls by more than the fall limit
-    trtNegSlope,    // falls by more than the fall limit from one sample to the next
+    trtPosSlope,    // rises by more than the low limit from one sample to the next
+    trtRangeSlope,  // changes by more than the low and less than the high limit
+    trtNegSlope,    // falls by more than the low limit from one sample to the next
     trtOff,         // never triggers
     trtTime,        // the time channel reaches the level
 };
@@ -24,16 +24,18 @@ enum TRVTriggerType : std::uint8_t {
 //   trtTime   arms on a time < level, then triggers on the first time >= level
 //             (scan the time block of the trigger channel)
 //   slopes    the first scanned sample arms (it becomes the predecessor); each later sample
-//             x[k] triggers when x[k] - x[k-1] > rise limit (trtPosSlope, trtRangeSlope) or
-//             x[k-1] - x[k] > fall limit (trtNegSlope, trtRangeSlope)
+//             x[k], with step d = x[k] - x[k-1], triggers when
+//               trtPosSlope    d > low
+//               trtNegSlope    -d > low
+//               trtRangeSlope  low < |d| < high  (never when high <= low)
 //   trtOff    never
 //
 // A trigger disarms, so the next trigger needs arming again. NaN samples neither arm nor
-// trigger a level type.
+// trigger.
 class QXBASE_EXPORT TRVTriggerDetector {
 public:
     // Changes the rule; a new type disarms, a new level or limit keeps the armed state.
-    void Setup(TRVTriggerType Type, double Level, double RiseLimit, double FallLimit) noexcept;
+    void Setup(TRVTriggerType Type, double Level, double LowLimit, double HighLimit) noexcept;
     // The index of the trigger sample in [From, Count), or Count when there is none.
     std::int32_t Scan(const double* Samples, std::int32_t From, std::int32_t Count) noexcept;
     void Disarm() noexcept { FArmed = false; }
@@ -45,8 +47,8 @@ private:
 
     TRVTriggerType FType = trtOff;
     double FLevel = 0;
-    double FRiseLimit = 0;
-    double FFallLimit = 0;
+    double FLowLimit = 0;
+    double FHighLimit = 0;
     double FPrevious = 0;
     bool FArmed = false;
 };

@@ -89,9 +89,8 @@ void TRVTrigger::AppendToStore(std::int32_t From, std::int32_t To) noexcept
 
 bool TRVTrigger::WaitForTrigger()
 {
-    const double rise = static_cast<double>(FPosSlopeTolerance) * FTriggerRange;
-    const double fall = static_cast<double>(FNegSlopeTolerance) * FTriggerRange;
-    FDetector.Setup(FTriggerType, FLevel, rise, fall);
+    FDetector.Setup(FTriggerType, FLevel, FLowSlopeTolerance * FTriggerRange,
+                    FHighSlopeTolerance * FTriggerRange);
     const double* scan = FTriggerType == trtTime ? FCursor.TriggerTime : FCursor.TriggerData;
     const std::int32_t from = FCursor.Position;
     const std::int32_t found = FDetector.Scan(scan, from, FCursor.Count);
@@ -127,9 +126,8 @@ void TRVTrigger::FillCapture(bool WatchStop)
     const std::int32_t from = FCursor.Position;
     const std::int32_t count = std::min(FBufferSize - FFillPosition, FCursor.Count - from);
     if (WatchStop && !FStopPending) {
-        const double rise = static_cast<double>(FPosSlopeTolerance) * FStopRange;
-        const double fall = static_cast<double>(FNegSlopeTolerance) * FStopRange;
-        FStopDetector.Setup(FTriggerType, FLevel, rise, fall);
+        FStopDetector.Setup(FTriggerType, FLevel, FLowSlopeTolerance * FStopRange,
+                            FHighSlopeTolerance * FStopRange);
         const double* scan = FTriggerType == trtTime ? FCursor.StopTime : FCursor.StopData;
         if (scan && FStopDetector.Scan(scan, from, from + count) < from + count)
             FStopPending = true;

@@ -139,7 +139,8 @@ TEST_P(TriggerCapture, EveryCutGivesTheWindowsOfTheWholeStream)
 INSTANTIATE_TEST_SUITE_P(
     PreTriggerAndBufferSize, TriggerCapture,
     ::testing::Values(TCase{0, 5, false}, TCase{3, 6, false}, TCase{9, 12, false},
-                      TCase{14, 17, false}, TCase{12, 4, false}, TCase{4, 4, false},
+                      TCase{14, 17, false}, TCase{12, 4, false}, TCase{20, 4, false},
+                      TCase{4, 4, false},
                       TCase{0, 7, true}, TCase{5, 8, true}, TCase{10, 4, true}),
     [](const ::testing::TestParamInfo<TCase>& row) {
         return std::string(row.param.Chart ? "Chart" : "Normal") + "Pre" +

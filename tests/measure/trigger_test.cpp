@@ -44,8 +44,8 @@ TEST(TriggerSettings, InitialValuesAndSetterRules)
     EXPECT_EQ(t.GetTriggerChannel(), 0);
     EXPECT_EQ(t.GetTriggerType(), trtRangeSlope);
     EXPECT_EQ(t.GetLevel(), 0);
-    EXPECT_FLOAT_EQ(t.GetPosSlopeTolerance(), 0.01f);
-    EXPECT_FLOAT_EQ(t.GetNegSlopeTolerance(), 0.01f);
+    EXPECT_FLOAT_EQ(t.GetLowSlopeTolerance(), 0.01f);
+    EXPECT_FLOAT_EQ(t.GetHighSlopeTolerance(), 0.01f);
     EXPECT_FALSE(t.GetSingleShot());
     EXPECT_EQ(t.GetPreTrigger(), 0);
     EXPECT_EQ(t.GetBufferSize(), 1024);
@@ -70,11 +70,11 @@ TEST(TriggerSettings, InitialValuesAndSetterRules)
     t.SetPreTrigger(400);  // a negative previous pre-trigger still leaves one sample
     EXPECT_EQ(t.GetBufferSize(), 1);
 
-    t.SetNegSlopeTolerance(-0.5f);
-    t.SetPosSlopeTolerance(std::numeric_limits<float>::infinity());
+    t.SetHighSlopeTolerance(-0.5f);
+    t.SetLowSlopeTolerance(std::numeric_limits<float>::infinity());
     t.SetLevel(std::nan(""));
-    EXPECT_FLOAT_EQ(t.GetNegSlopeTolerance(), 0.01f);
-    EXPECT_FLOAT_EQ(t.GetPosSlopeTolerance(), 0.01f);
+    EXPECT_FLOAT_EQ(t.GetHighSlopeTolerance(), 0.01f);
+    EXPECT_FLOAT_EQ(t.GetLowSlopeTolerance(), 0.01f);
     EXPECT_EQ(t.GetLevel(), 0);
 }
 
@@ -114,24 +114,24 @@ TEST_F(TriggerFixture, ArmingAtTheEndOfABlockTriggersOnTheFirstSampleOfTheNext)
 
 TEST_F(TriggerFixture, SlopesCompareWithThePreviousSampleAcrossBlocks)
 {
-    // Range 2 (YMin -1, YMax 1): a tolerance of 0.25 is a step of 0.5.
-    T.SetPosSlopeTolerance(0.25f);
-    T.SetNegSlopeTolerance(0.5f);
-    const TStream s = OneChannel({0, 0.5, 1.1, 1.2, 0.3, 0.2, 0.2, -0.9, -0.9, -0.9, -0.9, -0.9});
+    // Range 2 (YMin -1, YMax 1): the tolerances 0.25 and 0.5 are steps of 0.5 and 1.0.
+    T.SetLowSlopeTolerance(0.25f);
+    T.SetHighSlopeTolerance(0.5f);
+    const TStream s = OneChannel({0, 0.5, 1.1, 1.2, 1.3, 1.4, 0.3, 0.2, -0.6, -0.6, -0.6});
 
-    T.SetTriggerType(trtPosSlope);  // 0.5 is not more than 0.5; 0.6 is
+    T.SetTriggerType(trtPosSlope);  // a rise of 0.5 is not more than 0.5; 0.6 is
     FeedCut(T, s, {2});
     EXPECT_EQ(Firsts(), std::vector<double>{1.1});
 
     Log.Captures.clear();
-    T.SetTriggerType(trtNegSlope);  // 0.9 is not more than 1.0; 1.1 is
-    FeedCut(T, s, {7});
-    EXPECT_EQ(Firsts(), std::vector<double>{-0.9});
+    T.SetTriggerType(trtNegSlope);
+    FeedCut(T, s, {6});
+    EXPECT_EQ(Firsts(), std::vector<double>{0.3});
 
     Log.Captures.clear();
-    T.SetTriggerType(trtRangeSlope);
+    T.SetTriggerType(trtRangeSlope);  // the fall of 1.1 is too steep, that of 0.8 is not
     FeedCut(T, s, {3, 4});
-    EXPECT_EQ(Firsts(), (std::vector<double>{1.1, -0.9}));
+    EXPECT_EQ(Firsts(), (std::vector<double>{1.1, -0.6}));
 }
 
 TEST_F(TriggerFixture, TimeTypeTriggersWhenTheTimeReachesTheLevel)
