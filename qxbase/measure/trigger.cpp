@@ -64,7 +64,7 @@ void TRVTrigger::SetSingleShot(bool Value) noexcept
 
 void TRVTrigger::SetPreTrigger(std::int32_t Value)
 {
-    if (Value > MaxBlockSamples) return;
+    if (Value >= MaxBlockSamples) return;  // so that Value + 1 is still a buffer size
     // Deliberately from the previous pre-trigger, not from Value.
     if (Value >= FBufferSize) FBufferSize = std::max(FPreTrigger, 0) + 1;
     FPreTrigger = Value;
@@ -76,6 +76,14 @@ void TRVTrigger::SetBufferSize(std::int32_t Value)
     if (Value <= 2 || Value > MaxBlockSamples) return;
     FBufferSize = Value;
     if (Value <= FPreTrigger) FPreTrigger = Value - 1;
+    StateReset();
+}
+
+void TRVTrigger::RestoreSizes(std::int32_t PreTrigger, std::int32_t BufferSize)
+{
+    if (BufferSize < 1 || BufferSize > MaxBlockSamples || PreTrigger >= MaxBlockSamples) return;
+    FPreTrigger = PreTrigger;
+    FBufferSize = BufferSize;
     StateReset();
 }
 

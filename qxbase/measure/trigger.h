@@ -73,7 +73,7 @@ public:
     // Switching single shot on arms a new single shot.
     void SetSingleShot(bool Value) noexcept;
     std::int32_t GetPreTrigger() const noexcept { return FPreTrigger; }
-    // Ignored above MaxBlockSamples. When Value >= buffer size, the buffer size becomes the
+    // Ignored from MaxBlockSamples on. When Value >= buffer size, the buffer size becomes the
     // previous pre-trigger + 1 (at least 1); then the state reset. The pre-trigger may so end
     // up at or above the buffer size: a capture then holds the buffer-size samples that start
     // pre-trigger samples before the trigger sample, and scanning goes on after it.
@@ -82,6 +82,10 @@ public:
     // Ignored unless 2 < Value <= MaxBlockSamples; a pre-trigger at or above the new size
     // becomes size - 1. Then the state reset.
     void SetBufferSize(std::int32_t Value);
+    // Sets both at once, as stored, so that a pair that SetPreTrigger's rule left (pre-trigger
+    // at or above the buffer size, a buffer of 1 or 2) reads back unchanged. Ignored unless
+    // 1 <= BufferSize <= MaxBlockSamples and PreTrigger < MaxBlockSamples. Then the state reset.
+    void RestoreSizes(std::int32_t PreTrigger, std::int32_t BufferSize);
     // Kept for the owner; a capture always holds buffer size samples.
     std::int32_t GetPostTrigger() const noexcept { return FPostTrigger; }
     void SetPostTrigger(std::int32_t Value) noexcept { FPostTrigger = Value; }
