@@ -35,7 +35,7 @@ void TRVTriggerDetector::Setup(TRVTriggerType Type, double Level, double LowLimi
     FHighLimit = HighLimit;
 }
 
-std::int32_t TRVTriggerDetector::Scan(const double* Samples, std::int32_t From,
+std::int32_t TRVTriggerDetector::ScanForTrigger(const double* Samples, std::int32_t From,
                                       std::int32_t Count) noexcept
 {
     if (!Samples || From >= Count) return Count;

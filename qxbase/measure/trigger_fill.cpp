@@ -93,7 +93,7 @@ bool TRVTrigger::WaitForTrigger()
                     FHighSlopeTolerance * FTriggerRange);
     const double* scan = FTriggerType == trtTime ? FCursor.TriggerTime : FCursor.TriggerData;
     const std::int32_t from = FCursor.Position;
-    const std::int32_t found = FDetector.Scan(scan, from, FCursor.Count);
+    const std::int32_t found = FDetector.ScanForTrigger(scan, from, FCursor.Count);
     AppendToStore(from, found);
     FCursor.Position = found;
     if (found >= FCursor.Count) return false;
@@ -129,7 +129,7 @@ void TRVTrigger::FillCapture(bool WatchStop)
         FStopDetector.Setup(FTriggerType, FLevel, FLowSlopeTolerance * FStopRange,
                             FHighSlopeTolerance * FStopRange);
         const double* scan = FTriggerType == trtTime ? FCursor.StopTime : FCursor.StopData;
-        if (scan && FStopDetector.Scan(scan, from, from + count) < from + count)
+        if (scan && FStopDetector.ScanForTrigger(scan, from, from + count) < from + count)
             FStopPending = true;
     }
     for (std::size_t i = 0; i < channels; ++i) {

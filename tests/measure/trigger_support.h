@@ -3,7 +3,6 @@
 // Streams cut into block sets for the trigger, and a receiver that keeps what it captures.
 
 #include <algorithm>
-#include <cstdint>
 #include <vector>
 
 #include "qxbase/measure/block_buffer.h"
@@ -11,19 +10,31 @@
 
 namespace qx::test {
 
-// Channels of equal length and one time channel shared by all of them.
+// Channels of equal length sharing one time channel.
 struct TStream {
     std::vector<std::vector<double>> Data;
     std::vector<double> Time;
     int Size() const { return static_cast<int>(Time.size()); }
 };
 
-// One block set with its own buffers, freed when it goes, as a sending source frees them.
+// Samples [From, To) of every channel, one axis unit per sample; the buffers are freed when
+// the set goes, as a sending source frees them.
 struct TBlockSet {
     TRVShortdefs Defs;
-    TRVDataDoubleArray Data;
-    TRVDataDoubleArray Time;
-    TBlockSet() = default;
+    TRVDataDoubleArray Data, Time;
+    TBlockSet(const TStream& S, int From, int To)
+    {
+        auto block = [&](const std::vector<double>& v) {
+            TRVDataDouble b = NewDataDouble(To - From);
+            if (b.data) std::copy(v.begin() + From, v.begin() + To, b.data);
+            return b;
+        };
+        for (std::size_t c = 0; c < S.Data.size(); ++c) {
+            Defs.push_back({.ChannelNo = int(c), .XStart = double(From), .XEnd = double(To), .YMin = -1, .YMax = 1});
+            Data.push_back(block(S.Data[c]));
+            Time.push_back(block(S.Time));
+        }
+    }
     TBlockSet(const TBlockSet&) = delete;
     ~TBlockSet()
     {
@@ -32,70 +43,43 @@ struct TBlockSet {
     }
 };
 
-inline TRVDataDouble BlockOf(const std::vector<double>& Samples, int From, int To)
-{
-    TRVDataDouble block = NewDataDouble(To - From);
-    if (block.data) std::copy(Samples.begin() + From, Samples.begin() + To, block.data);
-    return block;
-}
-
-// Samples [From, To) of every channel; the definitions give one axis unit per sample.
-inline void MakeSet(TBlockSet& Set, const TStream& Stream, int From, int To)
-{
-    for (std::size_t c = 0; c < Stream.Data.size(); ++c) {
-        TRVShortdef def;
-        def.ChannelNo = static_cast<std::int32_t>(c);
-        def.XStart = From;
-        def.XEnd = To;
-        def.YMin = -1;
-        def.YMax = 1;
-        Set.Defs.push_back(def);
-        Set.Data.push_back(BlockOf(Stream.Data[c], From, To));
-        Set.Time.push_back(BlockOf(Stream.Time, From, To));
-    }
-}
-
-inline void Feed(TRVTrigger& Trigger, const TStream& Stream, int From, int To)
-{
-    TBlockSet set;
-    MakeSet(set, Stream, From, To);
-    Trigger.ProcessData(set.Defs, set.Data, set.Time);
-}
-
 // Feeds the stream cut at the given positions.
-inline void FeedCut(TRVTrigger& Trigger, const TStream& Stream, const std::vector<int>& Cuts)
+inline void FeedCut(TRVTrigger& Trigger, const TStream& S, const std::vector<int>& Cuts)
 {
     int from = 0;
-    for (int cut : Cuts) {
-        Feed(Trigger, Stream, from, cut);
-        from = cut;
+    for (int to : Cuts) {
+        TBlockSet set(S, from, to);
+        Trigger.ProcessData(set.Defs, set.Data, set.Time);
+        from = to;
     }
-    Feed(Trigger, Stream, from, Stream.Size());
+    TBlockSet set(S, from, S.Size());
+    Trigger.ProcessData(set.Defs, set.Data, set.Time);
 }
 
 struct TCapture {
     TRVShortdefs Defs;
-    std::vector<std::vector<double>> Data;
-    std::vector<std::vector<double>> Time;
+    std::vector<std::vector<double>> Data, Time;
     double StartTime = 0;
 };
 
-// Copies every capture and frees its buffers, as a source's SendData would.
-struct TCaptureLog {
-    std::vector<TCapture> Captures;
+inline TCapture CopyCapture(const TRVShortdefs& Defs, const TRVDataDoubleArray& Data,
+                            const TRVDataDoubleArray& Time, double StartTime)
+{
+    TCapture c{Defs, {}, {}, StartTime};
+    for (const TRVDataDouble& b : Data) c.Data.emplace_back(b.data, b.data + b.count);
+    for (const TRVDataDouble& b : Time) c.Time.emplace_back(b.data, b.data + b.count);
+    return c;
+}
 
-    void Attach(TRVTrigger& Trigger)
-    {
-        Trigger.OnCapture = [this](const TRVShortdefs& Defs, TRVDataDoubleArray& Data,
-                                   TRVDataDoubleArray& Time, double StartTime) {
-            TCapture capture{Defs, {}, {}, StartTime};
-            for (const TRVDataDouble& b : Data) capture.Data.emplace_back(b.data, b.data + b.count);
-            for (const TRVDataDouble& b : Time) capture.Time.emplace_back(b.data, b.data + b.count);
-            Captures.push_back(std::move(capture));
-            FreeDataDoubleArray(Data);
-            FreeDataDoubleArray(Time);
-        };
-    }
-};
+// Keeps a copy of every capture and frees its buffers, as a source's SendData would.
+inline void LogCaptures(TRVTrigger& Trigger, std::vector<TCapture>& Log)
+{
+    Trigger.OnCapture = [&Log](const TRVShortdefs& Defs, TRVDataDoubleArray& Data,
+                               TRVDataDoubleArray& Time, double StartTime) {
+        Log.push_back(CopyCapture(Defs, Data, Time, StartTime));
+        FreeDataDoubleArray(Data);
+        FreeDataDoubleArray(Time);
+    };
+}
 
 }  // namespace qx::test

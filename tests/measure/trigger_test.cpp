@@ -1,18 +1,20 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <limits>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "tests/measure/trigger_support.h"
 
 using namespace qx;
 using namespace qx::test;
+using ::testing::StrEq;
+using ::testing::ThrowsMessage;
 
 namespace {
 
+// One channel; the time of sample k is 10 + k.
 TStream OneChannel(std::vector<double> Samples)
 {
     TStream s;
@@ -21,227 +23,138 @@ TStream OneChannel(std::vector<double> Samples)
     return s;
 }
 
-// A trigger without pre-trigger and a buffer of three, so a capture starts at the trigger.
-struct TriggerFixture : ::testing::Test {
-    TRVTrigger T;
-    TCaptureLog Log;
-    void SetUp() override
-    {
-        T.SetBufferSize(3);
-        Log.Attach(T);
-    }
-    std::vector<double> Firsts() const
-    {
-        std::vector<double> firsts;
-        for (const TCapture& c : Log.Captures) firsts.push_back(c.Data[0][0]);
-        return firsts;
-    }
-};
-
-TEST(TriggerSettings, InitialValuesAndSetterRules)
+TEST(TriggerSettings, BufferSizeAndPreTriggerRules)
 {
     TRVTrigger t;
-    EXPECT_EQ(t.GetTriggerChannel(), 0);
-    EXPECT_EQ(t.GetTriggerType(), trtRangeSlope);
-    EXPECT_EQ(t.GetLevel(), 0);
-    EXPECT_FLOAT_EQ(t.GetLowSlopeTolerance(), 0.01f);
-    EXPECT_FLOAT_EQ(t.GetHighSlopeTolerance(), 0.01f);
-    EXPECT_FALSE(t.GetSingleShot());
-    EXPECT_EQ(t.GetPreTrigger(), 0);
-    EXPECT_EQ(t.GetBufferSize(), 1024);
-    EXPECT_EQ(t.GetPostTrigger(), 0);
-    EXPECT_EQ(t.GetTriggerMode(), tmNormal);
-    EXPECT_EQ(t.GetStopTriggerChannel(), -1);
-
     t.SetBufferSize(2);
     EXPECT_EQ(t.GetBufferSize(), 1024);
-    t.SetBufferSize(MaxBlockSamples + 1);
-    EXPECT_EQ(t.GetBufferSize(), 1024);
-
     t.SetPreTrigger(10);
     t.SetPreTrigger(2000);  // the new size comes from the previous pre-trigger
     EXPECT_EQ(t.GetBufferSize(), 11);
     EXPECT_EQ(t.GetPreTrigger(), 2000);
-
     t.SetPreTrigger(150);
     t.SetBufferSize(100);
     EXPECT_EQ(t.GetPreTrigger(), 99);
     t.SetPreTrigger(-5);
-    t.SetPreTrigger(400);  // a negative previous pre-trigger still leaves one sample
+    t.SetPreTrigger(400);  // never a buffer of no samples
     EXPECT_EQ(t.GetBufferSize(), 1);
-
-    t.SetHighSlopeTolerance(-0.5f);
-    t.SetLowSlopeTolerance(std::numeric_limits<float>::infinity());
-    t.SetLevel(std::nan(""));
-    EXPECT_FLOAT_EQ(t.GetHighSlopeTolerance(), 0.01f);
-    EXPECT_FLOAT_EQ(t.GetLowSlopeTolerance(), 0.01f);
-    EXPECT_EQ(t.GetLevel(), 0);
 }
 
-TEST_F(TriggerFixture, ANewTriggerFindsNoCrossingUntilATypeIsSet)
+struct TCrossing {
+    const char* Name;
+    TRVTriggerType Type;
+    double Level;
+    std::vector<double> Samples;
+    std::vector<int> Cuts;
+    std::vector<int> Triggers;  // positions of the trigger samples
+};
+
+TEST(TriggerCrossings, TriggerSamplesWhereverTheBlocksEnd)
 {
-    Feed(T, OneChannel({-1, 0, 1, 1, 1, -1, 1, 1, 1}), 0, 9);
-    EXPECT_TRUE(Log.Captures.empty());
+    // The slope rows: range 2 (YMin -1, YMax 1) and the tolerances 0.25 and 0.5 give steps of
+    // 0.5 and 1.0. A rise of 0.5 is not more than 0.5; the fall of 1.1 is too steep for the
+    // range slope's window, that of 0.8 is not.
+    const std::vector<double> slope{0, 0.5, 1.1, 1.2, 1.3, 1.4, 0.3, 0.2, -0.6, -0.6, -0.6};
+    const TCrossing rows[] = {
+        {"positive", trtPos, 0, {-1, 0, 1, 5, 6}, {}, {2}},
+        {"positive, never armed", trtPos, 0, {1, 2, 3, 4, 5, 6}, {}, {}},
+        {"armed at the end of a block", trtPos, 0, {5, 5, -1, 4, 6, 7}, {3}, {3}},
+        {"negative, twice", trtNeg, 2, {3, 1, 0, 2, 2, 5, 1.5, 7, 8}, {1, 6}, {1, 6}},
+        {"positive slope", trtPosSlope, 0, slope, {2}, {2}},
+        {"negative slope", trtNegSlope, 0, slope, {6}, {6}},
+        {"range slope", trtRangeSlope, 0, slope, {3, 4}, {2, 8}},
+        {"time", trtTime, 13, {7, 6, 5, 4, 3, 2, 1}, {1, 2, 3}, {3}},
+        {"time never below the level", trtTime, 5, {7, 6, 5, 4}, {}, {}},
+    };
+    for (const TCrossing& row : rows) {
+        TRVTrigger t;
+        t.SetBufferSize(3);  // no pre-trigger: a capture starts at its trigger sample
+        t.SetTriggerType(row.Type);
+        t.SetLevel(row.Level);
+        t.SetLowSlopeTolerance(0.25f);
+        t.SetHighSlopeTolerance(0.5f);
+        std::vector<TCapture> log;
+        LogCaptures(t, log);
+        FeedCut(t, OneChannel(row.Samples), row.Cuts);
+        std::vector<int> found;
+        for (const TCapture& c : log) found.push_back(static_cast<int>(c.StartTime) - 10);
+        EXPECT_EQ(found, row.Triggers) << row.Name;
+        for (std::size_t i = 0; i < log.size() && i < found.size(); ++i)
+            EXPECT_EQ(log[i].Data[0][0], row.Samples.at(static_cast<std::size_t>(found[i]))) << row.Name;
+    }
+
+    TRVTrigger fresh;  // its range slope's window is empty until the tolerances differ
+    fresh.SetBufferSize(3);
+    std::vector<TCapture> log;
+    LogCaptures(fresh, log);
+    FeedCut(fresh, OneChannel({-1, 0, 1, 1, 1, -1, 1, 1, 1}), {});
+    EXPECT_TRUE(log.empty());
 }
 
-TEST_F(TriggerFixture, LevelCrossings)
+TEST(TriggerDefinitions, DescribeTheBufferAndForeignLengthsGiveNoValues)
 {
-    T.SetTriggerType(trtPos);
-    Feed(T, OneChannel({-1, 0, 1, 5, 6}), 0, 5);
-    EXPECT_EQ(Firsts(), std::vector<double>{1});
-    EXPECT_EQ(Log.Captures[0].StartTime, 12);  // time of the third sample
-
-    Log.Captures.clear();
-    T.Reset();
-    Feed(T, OneChannel({1, 2, 3, 4, 5, 6}), 0, 6);  // never armed
-    EXPECT_TRUE(Log.Captures.empty());
-
-    T.SetTriggerType(trtNeg);
-    T.SetLevel(2);
-    Feed(T, OneChannel({3, 1, 0, 2, 2, 5, 1.5, 7, 8}), 0, 9);
-    EXPECT_EQ(Firsts(), (std::vector<double>{1, 1.5}));
-}
-
-TEST_F(TriggerFixture, ArmingAtTheEndOfABlockTriggersOnTheFirstSampleOfTheNext)
-{
-    T.SetTriggerType(trtPos);
-    const TStream s = OneChannel({5, 5, -1, 4, 6, 7});
-    Feed(T, s, 0, 3);
-    EXPECT_EQ(T.GetTriggerState(), qxtsWaitForTrigger);
-    Feed(T, s, 3, 6);
-    EXPECT_EQ(Firsts(), std::vector<double>{4});
-}
-
-TEST_F(TriggerFixture, SlopesCompareWithThePreviousSampleAcrossBlocks)
-{
-    // Range 2 (YMin -1, YMax 1): the tolerances 0.25 and 0.5 are steps of 0.5 and 1.0.
-    T.SetLowSlopeTolerance(0.25f);
-    T.SetHighSlopeTolerance(0.5f);
-    const TStream s = OneChannel({0, 0.5, 1.1, 1.2, 1.3, 1.4, 0.3, 0.2, -0.6, -0.6, -0.6});
-
-    T.SetTriggerType(trtPosSlope);  // a rise of 0.5 is not more than 0.5; 0.6 is
-    FeedCut(T, s, {2});
-    EXPECT_EQ(Firsts(), std::vector<double>{1.1});
-
-    Log.Captures.clear();
-    T.SetTriggerType(trtNegSlope);
-    FeedCut(T, s, {6});
-    EXPECT_EQ(Firsts(), std::vector<double>{0.3});
-
-    Log.Captures.clear();
-    T.SetTriggerType(trtRangeSlope);  // the fall of 1.1 is too steep, that of 0.8 is not
-    FeedCut(T, s, {3, 4});
-    EXPECT_EQ(Firsts(), (std::vector<double>{1.1, -0.6}));
-}
-
-TEST_F(TriggerFixture, TimeTypeTriggersWhenTheTimeReachesTheLevel)
-{
-    T.SetTriggerType(trtTime);
-    T.SetLevel(13);
-    const TStream s = OneChannel({7, 6, 5, 4, 3, 2, 1});  // times 10 .. 16
-    FeedCut(T, s, {1, 2, 3});
-    ASSERT_EQ(Log.Captures.size(), 1u);
-    EXPECT_EQ(Log.Captures[0].StartTime, 13);
-    EXPECT_EQ(Log.Captures[0].Data[0], (std::vector<double>{4, 3, 2}));
-
-    Log.Captures.clear();
-    T.SetLevel(5);  // the time never comes from below the level
-    T.Reset();
-    Feed(T, s, 0, 7);
-    EXPECT_TRUE(Log.Captures.empty());
-}
-
-TEST_F(TriggerFixture, DefinitionsDescribeTheCapturedBuffer)
-{
-    T.SetTriggerType(trtPos);
-    TBlockSet set;
-    MakeSet(set, OneChannel({-1, 1, 2, 3, 4}), 0, 5);
+    TRVTrigger t;
+    t.SetBufferSize(3);
+    t.SetTriggerType(trtPos);
+    std::vector<TCapture> log;
+    LogCaptures(t, log);
+    TBlockSet set(OneChannel({-1, 1, 2, 3, 4}), 0, 5);
     set.Defs[0].XStart = 2;
     set.Defs[0].XEnd = 4.5;  // spacing 0.5
     set.Defs[0].Handle = 7;
-    T.ProcessData(set.Defs, set.Data, set.Time);
-    ASSERT_EQ(Log.Captures.size(), 1u);
-    EXPECT_EQ(Log.Captures[0].Defs[0].XEnd, 2 + 3 * 0.5);
-    EXPECT_EQ(Log.Captures[0].Defs[0].Handle, 7u);
+    set.Defs.push_back(set.Defs[0]);
+    set.Data.push_back(NewDataDouble(1));  // a reduced channel cannot be placed
+    set.Data[1].data[0] = 42;
+    set.Time.push_back(NewDataDouble(1));
+    t.ProcessData(set.Defs, set.Data, set.Time);
+    ASSERT_EQ(log.size(), 1u);
+    EXPECT_EQ(log[0].Defs[0].XEnd, 2 + 3 * 0.5);
+    EXPECT_EQ(log[0].Data[0], (std::vector<double>{1, 2, 3}));
+    EXPECT_EQ(log[0].Data[1], std::vector<double>(3, NoValueMarker));
+    EXPECT_EQ(log[0].Time[1], std::vector<double>(3, NoValueMarker));
 
     FreeDataDoubleArray(set.Data);
     FreeDataDoubleArray(set.Time);
     set.Defs[0].Handle = 9;
-    T.ProcessData(set.Defs, set.Data, set.Time);  // empty block: only the axis end changes
-    EXPECT_EQ(T.GetShortdefs()[0].XEnd, 0);
-    EXPECT_EQ(T.GetShortdefs()[0].Handle, 7u);
+    t.ProcessData(set.Defs, set.Data, set.Time);  // empty blocks: only the axis end changes
+    EXPECT_EQ(t.GetShortdefs()[0].XEnd, 0);
+    EXPECT_EQ(t.GetShortdefs()[0].Handle, 7u);
 }
 
-TEST_F(TriggerFixture, AChannelOfAnotherLengthIsCapturedAsNoValue)
-{
-    T.SetTriggerType(trtPos);
-    TBlockSet set;
-    MakeSet(set, OneChannel({-1, 1, 2, 3}), 0, 4);
-    set.Defs.push_back(set.Defs[0]);
-    set.Data.push_back(NewDataDouble(1));
-    set.Data[1].data[0] = 42;
-    set.Time.push_back(NewDataDouble(1));
-    set.Time[1].data[0] = 0;
-    T.ProcessData(set.Defs, set.Data, set.Time);
-    ASSERT_EQ(Log.Captures.size(), 1u);
-    EXPECT_EQ(Log.Captures[0].Data[0], (std::vector<double>{1, 2, 3}));
-    EXPECT_EQ(Log.Captures[0].Data[1], std::vector<double>(3, NoValueMarker));
-    EXPECT_EQ(Log.Captures[0].Time[1], std::vector<double>(3, NoValueMarker));
-}
-
-TEST(TriggerErrors, BadBlockSetsRaiseBeforeAnythingChanges)
+TEST(TriggerErrors, BadBlockSetsAndChannels)
 {
     TRVTrigger t;
     t.SetTriggerType(trtPos);
     t.SetPreTrigger(1);
+    const TStream s = OneChannel({-1, 1, 2});
     auto expectInvalid = [&](auto&& damage) {
-        TBlockSet set;
-        MakeSet(set, OneChannel({-1, 1, 2}), 0, 3);
+        TBlockSet set(s, 0, 3);
         damage(set);
         EXPECT_THAT([&] { t.ProcessData(set.Defs, set.Data, set.Time); },
-                    ::testing::ThrowsMessage<TRVTriggerException>(
-                        ::testing::StrEq("Data format is invalid")));
-        EXPECT_EQ(t.GetTriggerState(), qxtsFillPreTrigger);
+                    ThrowsMessage<TRVTriggerException>(StrEq("Data format is invalid")));
+        EXPECT_EQ(t.GetTriggerState(), qxtsFillPreTrigger);  // the set was not taken in part
     };
-    expectInvalid([](TBlockSet& s) { s.Defs.push_back(s.Defs[0]); s.Defs.push_back(s.Defs[0]); });
-    expectInvalid([](TBlockSet& s) { FreeDataDoubleArray(s.Time); s.Time.clear(); });
-    expectInvalid([](TBlockSet& s) { s.Time[0].count = 2; });
-    expectInvalid([](TBlockSet& s) {
-        s.Defs.push_back(s.Defs[0]);
-        s.Data.push_back({nullptr, 4});
-        s.Time.push_back(NewDataDouble(4));
+    expectInvalid([](TBlockSet& b) { b.Defs.push_back(b.Defs[0]); b.Defs.push_back(b.Defs[0]); });
+    expectInvalid([](TBlockSet& b) { FreeDataDoubleArray(b.Time); b.Time.clear(); });
+    expectInvalid([](TBlockSet& b) { b.Time[0].count = 2; });
+    expectInvalid([](TBlockSet& b) { b.Data[0].count = -1; });
+    expectInvalid([](TBlockSet& b) {
+        b.Defs.push_back(b.Defs[0]);
+        b.Data.push_back({nullptr, 4});
+        b.Time.push_back(NewDataDouble(4));
     });
-    expectInvalid([](TBlockSet& s) { s.Data[0].count = -1; });
 
-    TBlockSet set;
-    MakeSet(set, OneChannel({-1, 1, 2}), 0, 3);
+    FeedCut(t, s, {});
     t.SetTriggerChannel(1);  // one past the last channel: no effect, no error
-    t.ProcessData(set.Defs, set.Data, set.Time);
-    EXPECT_EQ(t.GetTriggerState(), qxtsFillPreTrigger);
-    t.SetTriggerChannel(-1);
-    t.ProcessData(set.Defs, set.Data, set.Time);
-    EXPECT_EQ(t.GetTriggerState(), qxtsFillPreTrigger);
-}
-
-TEST(TriggerErrors, InvalidTriggerChannels)
-{
-    TRVTrigger t;
-    t.SetSingleShot(true);
-    t.SetTriggerChannel(-1);
-    EXPECT_THROW(t.StartSingleShot(), TRVTriggerException);
-    t.SetTriggerChannel(0);
-    t.StartSingleShot();  // no channel count yet
-    Feed(t, OneChannel({1, 2}), 0, 2);
-    t.SetTriggerChannel(1);
+    FeedCut(t, OneChannel({-1, 5, 6}), {});
+    EXPECT_EQ(t.GetTriggerState(), qxtsWaitForTrigger);
     EXPECT_THAT([&] { t.StartSingleShot(); },
-                ::testing::ThrowsMessage<TRVTriggerException>(
-                    ::testing::StrEq("TriggerChannel is invalid")));
-
+                ThrowsMessage<TRVTriggerException>(StrEq("TriggerChannel is invalid")));
     t.SetTriggerChannel(0);
     t.SetStopTriggerChannel(1);
-    Feed(t, OneChannel({1, 2}), 0, 2);  // the stop channel counts in chart-recorder mode only
+    FeedCut(t, s, {});  // the stop channel counts in chart-recorder mode only
     t.SetTriggerMode(tmChartRecorder);
-    EXPECT_THROW(Feed(t, OneChannel({1, 2}), 0, 2), TRVTriggerException);
+    EXPECT_THROW(FeedCut(t, s, {}), TRVTriggerException);
 }
 
 TEST(TriggerState, FromPreFillToDoneAndSingleShots)
@@ -250,92 +163,72 @@ TEST(TriggerState, FromPreFillToDoneAndSingleShots)
     t.SetTriggerType(trtPos);
     t.SetBufferSize(4);
     t.SetPreTrigger(2);
-    TCaptureLog log;
-    log.Attach(t);
+    std::vector<TCapture> log;
+    LogCaptures(t, log);
     const TStream s = OneChannel({-1, -2, -3, 1, 2, 3, 4, 5, 6, 7, -4, -5, -6, 8, 9, 10});
-    EXPECT_EQ(t.GetTriggerState(), qxtsFillPreTrigger);
-    Feed(t, s, 0, 1);
-    EXPECT_EQ(t.GetTriggerState(), qxtsFillPreTrigger);
-    Feed(t, s, 1, 3);
-    EXPECT_EQ(t.GetTriggerState(), qxtsWaitForTrigger);
-    Feed(t, s, 3, 4);
-    EXPECT_EQ(t.GetTriggerState(), qxtsFillTrigger);
-    Feed(t, s, 4, 6);
-    EXPECT_EQ(t.GetTriggerState(), qxtsTriggerDone);
-    EXPECT_EQ(t.GetTriggerState(), qxtsWaitForTrigger);  // reported once
-    ASSERT_EQ(log.Captures.size(), 1u);
-    EXPECT_EQ(log.Captures[0].Data[0], (std::vector<double>{-2, -3, 1, 2}));
+    std::vector<TRVTriggerState> states;
+    for (const auto& [from, to] : {std::pair{0, 1}, {1, 3}, {3, 4}, {4, 6}}) {
+        TBlockSet set(s, from, to);
+        t.ProcessData(set.Defs, set.Data, set.Time);
+        states.push_back(t.GetTriggerState());
+    }
+    EXPECT_EQ(states, (std::vector<TRVTriggerState>{qxtsFillPreTrigger, qxtsWaitForTrigger, qxtsFillTrigger,
+                                                    qxtsTriggerDone}));
+    EXPECT_EQ(t.GetTriggerState(), qxtsWaitForTrigger);  // done is reported once
+    ASSERT_EQ(log.size(), 1u);
+    EXPECT_EQ(log[0].Data[0], (std::vector<double>{-2, -3, 1, 2}));
 
     t.SetSingleShot(true);
-    Feed(t, s, 6, 16);
-    ASSERT_EQ(log.Captures.size(), 2u);
-    EXPECT_EQ(log.Captures[1].Data[0], (std::vector<double>{-5, -6, 8, 9}));
+    TBlockSet rest(s, 6, 16);
+    t.ProcessData(rest.Defs, rest.Data, rest.Time);
+    t.ProcessData(rest.Defs, rest.Data, rest.Time);  // done: ignored
+    ASSERT_EQ(log.size(), 2u);
+    EXPECT_EQ(log[1].Data[0], (std::vector<double>{-5, -6, 8, 9}));
     EXPECT_EQ(t.GetTriggerState(), qxtsTriggerDone);
-    EXPECT_EQ(t.GetTriggerState(), qxtsTriggerDone);  // stays until re-armed
-    Feed(t, OneChannel({-7, 11, 12, 13}), 0, 4);
-    EXPECT_EQ(log.Captures.size(), 2u);
-
-    // After the pause the pre-trigger part comes from new samples only.
-    t.StartSingleShot();
-    Feed(t, OneChannel({-8, 14, -9, 15, 16, 17}), 0, 6);
-    ASSERT_EQ(log.Captures.size(), 3u);
-    EXPECT_EQ(log.Captures[2].Data[0], (std::vector<double>{14, -9, 15, 16}));
+    EXPECT_EQ(t.GetTriggerState(), qxtsTriggerDone);  // until re-armed
+    t.StartSingleShot();  // the pre-trigger part comes from samples after the pause only
+    FeedCut(t, OneChannel({-8, 14, -9, 15, 16, 17}), {});
+    ASSERT_EQ(log.size(), 3u);
+    EXPECT_EQ(log[2].Data[0], (std::vector<double>{14, -9, 15, 16}));
 }
 
-TEST(TriggerEvents, StartAndStopAroundCapturesAndRuns)
+TEST(TriggerReceivers, EventsOrderNestedCallsResetsAndFailures)
 {
     TRVTrigger t;
     std::vector<std::string> events;
     t.OnStart = [&](TRVTrigger* sender) { events.push_back(sender == &t ? "start" : "?"); };
     t.OnStop = [&](TRVTrigger*) { events.push_back("stop"); };
-    t.OnCapture = [&](const TRVShortdefs&, TRVDataDoubleArray& d, TRVDataDoubleArray&, double) {
+    t.OnCapture = [&](const TRVShortdefs&, TRVDataDoubleArray& data, TRVDataDoubleArray&, double) {
         events.push_back("capture");
-        FreeDataDoubleArray(d);  // takes the data; the trigger frees the time blocks
+        FreeDataDoubleArray(data);  // takes the data; the trigger frees the time blocks
     };
     t.SetTriggerType(trtPos);
     t.SetBufferSize(3);
     const TStream s = OneChannel({-1, 1, 2, 3, -1, 1, 2});
-    Feed(t, s, 0, 7);
-    EXPECT_EQ(events, (std::vector<std::string>{"start", "capture", "stop", "start"}));
-    EXPECT_TRUE(t.GetStarted());
+    FeedCut(t, s, {});
     t.Reset();
-    EXPECT_EQ(events.back(), "stop");
-    EXPECT_FALSE(t.GetStarted());
-    t.SendStopEvent();
-    EXPECT_EQ(events.size(), 5u);
-
-    // A chart-recorder run without stop channel goes on buffer after buffer.
-    events.clear();
+    t.SendStopEvent();  // nothing started
+    EXPECT_EQ(events, (std::vector<std::string>{"start", "capture", "stop", "start", "stop"}));
+    events.clear();  // a chart-recorder run without stop channel goes on buffer after buffer
     t.SetTriggerMode(tmChartRecorder);
-    Feed(t, s, 0, 7);
-    Feed(t, s, 0, 7);
+    FeedCut(t, s, {});
+    FeedCut(t, s, {});
     EXPECT_EQ(events, (std::vector<std::string>{"start", "capture", "capture", "capture", "capture"}));
-}
 
-TEST(TriggerHandlers, ResetsAndNestedCallsInsideTheCaptureHandler)
-{
-    TRVTrigger t;
-    t.SetTriggerType(trtPos);
-    t.SetBufferSize(3);
+    t.SetTriggerMode(tmNormal);
     int captures = 0;
-    TBlockSet nested;
-    MakeSet(nested, OneChannel({-1, 1, 2, 3}), 0, 4);
     t.OnCapture = [&](const TRVShortdefs&, TRVDataDoubleArray&, TRVDataDoubleArray&, double) {
         ++captures;
-        t.ProcessData(nested.Defs, nested.Data, nested.Time);  // ignored
-        t.SetPreTrigger(2);  // the rest of the block is dropped, the buffers are freed here
+        FeedCut(t, s, {});   // ignored
+        t.SetPreTrigger(2);  // drops the rest of the block; the trigger frees the buffers
     };
-    Feed(t, OneChannel({-1, 1, 2, 3, -1, 1, 2, 3, -1, 1, 2, 3}), 0, 12);
+    FeedCut(t, OneChannel({-1, 1, 2, 3, -1, 1, 2, 3}), {});
     EXPECT_EQ(captures, 1);
     EXPECT_EQ(t.GetTriggerState(), qxtsFillPreTrigger);
-
-    t.OnCapture = [&](const TRVShortdefs&, TRVDataDoubleArray&, TRVDataDoubleArray&, double) {
+    t.OnCapture = [](const TRVShortdefs&, TRVDataDoubleArray&, TRVDataDoubleArray&, double) {
         throw std::runtime_error("receiver failed");
     };
-    EXPECT_THROW(Feed(t, OneChannel({0, 0, -1, 1, 2, 3}), 0, 6), std::runtime_error);
-    EXPECT_EQ(t.GetTriggerState(), qxtsTriggerDone);
-    t.OnCapture = nullptr;  // without a receiver the buffers are kept for the next capture
-    Feed(t, OneChannel({0, 0, -1, 1, 2, 3}), 0, 6);
+    EXPECT_THROW(FeedCut(t, OneChannel({-1, 1, 2, 3, -1, 1, 2, 3}), {}), std::runtime_error);
     EXPECT_EQ(t.GetTriggerState(), qxtsTriggerDone);
 }
 
