@@ -43,7 +43,12 @@ using TRVTriggerCaptureEvent =
 // before a trigger sample on the trigger channel, the trigger sample and the samples after
 // it. Every channel of a set is captured at the same positions; a channel whose block does
 // not have the trigger channel's sample count cannot be placed and is captured as the
-// no-value marker. Captures go to OnCapture.
+// no-value marker. Captures go to OnCapture; without a receiver their buffers serve the next.
+//
+// Scanning resumes with the sample after a capture, so every sample is scanned once and a
+// capture's pre-trigger part may hold the end of the previous capture. In chart-recorder mode
+// a trigger starts a run of consecutive buffers that ends with the buffer in which the stop
+// trigger channel crosses (same type and level as the trigger), or with Reset.
 //
 // Not reentrant: a ProcessData call from inside one of its own handlers is ignored. A setting
 // that resets the state, changed from inside a handler, drops the rest of the current block.
@@ -107,7 +112,8 @@ public:
     TRVTriggerState GetTriggerState();
 
     // Feeds one block set. Does nothing when the trigger channel is not a position in
-    // Shortdefs. Raises TRVTriggerException, before anything changes:
+    // Shortdefs; a set whose trigger-channel block is empty only updates the definitions, and
+    // one with another channel count than the last restarts the pre-fill. Raises TRVTriggerException, before anything changes:
     //   "Data format is invalid" when Data does not have one block per definition, TimeChannel
     //   has fewer blocks than Data, a block has a negative count or no buffer for its count,
     //   or a time block is shorter than the data block of the same index;
@@ -179,6 +185,7 @@ private:
     bool FStarted = false;
     bool FStopPending = false;   // the stop trigger came; the run ends with this buffer
     bool FRefillStore = false;   // the store predates a pause in single-shot mode
+    bool FCaptureTookBlock = false;  // the capture reached the trigger sample
     bool FProcessing = false;
     std::int32_t FPreFillCount = 0;
     std::int32_t FFillPosition = 0;  // next position in the capture buffer

@@ -99,6 +99,7 @@ bool TRVTrigger::WaitForTrigger()
     if (found >= FCursor.Count) return false;
 
     FTriggered = true;
+    FCaptureTookBlock = false;
     FFillPosition = 0;
     FStoreToCapture = std::max(FPreTrigger, 0);
     FStopPending = false;
@@ -139,6 +140,7 @@ void TRVTrigger::FillCapture(bool WatchStop)
     AppendToStore(from, from + count);
     FCursor.Position += count;
     FFillPosition += count;
+    FCaptureTookBlock = true;
 }
 
 bool TRVTrigger::FillTrigger()
@@ -149,7 +151,7 @@ bool TRVTrigger::FillTrigger()
     FTriggered = false;
     FCaptureFinished = true;
     FFillPosition = 0;
-    if (FPreTrigger >= FBufferSize) {
+    if (!FCaptureTookBlock) {
         // The capture ended before the trigger sample; scanning goes on after it.
         FStoreToCapture = 0;
         AppendToStore(FCursor.Position, FCursor.Position + 1);
