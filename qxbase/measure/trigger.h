@@ -113,7 +113,8 @@ public:
 
     // Feeds one block set. Does nothing when the trigger channel is not a position in
     // Shortdefs; a set whose trigger-channel block is empty only updates the definitions, and
-    // one with another channel count than the last restarts the pre-fill. Raises TRVTriggerException, before anything changes:
+    // one with another channel count than the last restarts the pre-fill. Raises
+    // TRVTriggerException, before anything changes:
     //   "Data format is invalid" when Data does not have one block per definition, TimeChannel
     //   has fewer blocks than Data, a block has a negative count or no buffer for its count,
     //   or a time block is shorter than the data block of the same index;

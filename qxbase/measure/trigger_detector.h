@@ -37,7 +37,8 @@ public:
     // Changes the rule; a new type disarms, a new level or limit keeps the armed state.
     void Setup(TRVTriggerType Type, double Level, double LowLimit, double HighLimit) noexcept;
     // The index of the trigger sample in [From, Count), or Count when there is none.
-    std::int32_t ScanForTrigger(const double* Samples, std::int32_t From, std::int32_t Count) noexcept;
+    std::int32_t ScanForTrigger(const double* Samples, std::int32_t From,
+                                std::int32_t Count) noexcept;
     void Disarm() noexcept { FArmed = false; }
     bool GetArmed() const noexcept { return FArmed; }
 
