@@ -25,4 +25,13 @@ inline constexpr ResourceText _rsVT_METHOD15 = QX_RES("Polynominal linearization
 inline constexpr ResourceText _rsVT_METHOD16 = QX_RES("Split digital input");
 inline constexpr ResourceText _rsVT_METHOD17 = QX_RES("Invert waveform");
 
+// Names of the block compression methods, by TKSRVLinkSingleCompressionMethod ordinal + 1.
+inline constexpr ResourceText _rsCOMP_METHOD1 = QX_RES("First value");
+inline constexpr ResourceText _rsCOMP_METHOD2 = QX_RES("Last value");
+inline constexpr ResourceText _rsCOMP_METHOD3 = QX_RES("Average");
+inline constexpr ResourceText _rsCOMP_METHOD4 = QX_RES("Minimum");
+inline constexpr ResourceText _rsCOMP_METHOD5 = QX_RES("Maximum");
+inline constexpr ResourceText _rsCOMP_METHOD6 = QX_RES("RMS");
+inline constexpr ResourceText _rsCOMP_METHOD7 = QX_RES("Standard deviation");
+
 }  // namespace qx::res

@@ -1,0 +1,109 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <cstdint>
+#include <vector>
+
+#include "qxbase/framework/export.h"
+#include "qxbase/sources/measure_source.h"
+#include "qxbase/sources/waveform.h"
+
+class QTimer;
+
+namespace qx {
+
+// An acquisition source without hardware: each cycle it sends one block of BlockSize samples per
+// channel, computed from the channel's waveform, with a time block per channel. A QTimer runs
+// the cycles while started (Start, Stop); Step runs one by hand.
+//
+// Settings are published on the bus ("ClockFrequencyReal", "NrOfCGLChannels", "BlockSize",
+// "Acquisition") and stored in the worksheet as Q_PROPERTYs of the same names plus
+// "Waveforms", one stored waveform line per channel. Values out of range are clamped.
+class QXBASE_EXPORT TKSSimulatedSource : public TQXMeasureSourceEx {
+    Q_OBJECT
+    Q_PROPERTY(double ClockFrequencyReal READ GetClockFrequencyReal WRITE SetClockFrequencyReal)
+    Q_PROPERTY(qint32 NrOfCGLChannels READ GetNrOfCGLChannels WRITE SetNrOfCGLChannels)
+    Q_PROPERTY(qint32 BlockSize READ GetBlockSize WRITE SetBlockSize)
+    Q_PROPERTY(QStringList Waveforms READ GetWaveformLines WRITE SetWaveformLines)
+
+public:
+    static constexpr int MaxChannels = 256;
+    static constexpr double MinSampleRate = 0.001;
+    static constexpr double MaxSampleRate = 10e6;
+    static constexpr std::int32_t MaxBlockSize = 1 << 20;
+    // The timer interval is BlockSize / rate, kept within these bounds (milliseconds).
+    static constexpr int MinCycleMs = 5;
+    static constexpr int MaxCycleMs = 10000;
+
+    explicit TKSSimulatedSource(QWidget* parent = nullptr);
+    ~TKSSimulatedSource() override;
+
+    static QString GetDescription(const QMetaObject& Class);
+
+    // The base properties, then "ClockFrequencyReal" (double, Hz), "NrOfCGLChannels" (integer),
+    // "BlockSize" (integer) and "Acquisition" (enumeration "Stopped", "Running").
+    void ClearProperties() override;
+
+    double GetClockFrequencyReal() const { return FSampleRate; }
+    // Clamped to MinSampleRate..MaxSampleRate; a value that is not a number is ignored. A new
+    // rate restarts the stream at sample 0, since earlier times would no longer fit.
+    void SetClockFrequencyReal(double Value);
+    std::int32_t GetNrOfCGLChannels() const { return static_cast<std::int32_t>(FWaves.size()); }
+    // Clamped to 1..MaxChannels. New channels get the default waveform of their position;
+    // channels that stay keep their waveform and channel handle.
+    void SetNrOfCGLChannels(std::int32_t Value);
+    std::int32_t GetBlockSize() const { return FBlockSize; }
+    // Clamped to 1..MaxBlockSize.
+    void SetBlockSize(std::int32_t Value);
+
+    // Raises ERangeError for a channel outside 0..NrOfCGLChannels-1 (and, for the setter, for
+    // a waveform CheckWaveform refuses; nothing changes then).
+    TKSWaveform GetWaveform(int Channel) const;
+    void SetWaveform(int Channel, const TKSWaveform& Wave);
+    // The default waveform of a channel position: a 1 V sine of (Channel + 1) Hz.
+    static TKSWaveform DefaultWaveform(int Channel);
+
+    // One stored waveform line per channel.
+    QStringList GetWaveformLines() const;
+    // Sets the channel count to the number of lines (an empty list is ignored) and reads each
+    // line; a damaged line gives its channel the default waveform and a line on the debug
+    // output. Never raises, so a damaged worksheet still loads.
+    void SetWaveformLines(const QStringList& Lines);
+
+    // The timer-driven cycles. Start continues the stream where it stood.
+    void Start();
+    void Stop();
+    bool IsRunning() const;
+    int GetCycleInterval() const;
+    // Runs one cycle: builds and sends the next block set. Raises std::bad_alloc when the
+    // blocks cannot be allocated (nothing is sent then, the stream stays where it was).
+    void Step();
+    // The position of the next block's first sample in the stream.
+    std::uint64_t GetStreamPosition() const { return FStreamPosition; }
+    void ResetStream() { FStreamPosition = 0; }
+
+private:
+    // Each returns whether the value changed; the bus writes through them without a second
+    // property-updated event.
+    bool ApplySampleRate(double Value);
+    bool ApplyChannelCount(std::int32_t Value);
+    bool ApplyBlockSize(std::int32_t Value);
+    bool ApplyRunning(bool Value);
+    void SettingsChanged();
+    void RebuildChannelList();
+    HRESULT OnProperty(TQXPropertyItem* Item, bool Get, Variant& Value);
+
+    double FSampleRate = 1000.0;
+    std::int32_t FBlockSize = 100;
+    std::vector<TKSWaveform> FWaves;
+    std::vector<std::uint32_t> FHandles;  // channel handle of each position
+    std::uint64_t FStreamPosition = 0;
+    QTimer* FTimer = nullptr;  // child of the source
+};
+
+// Registers TKSSimulatedSource as a data-source class; later calls do nothing. Raises
+// EPanelRegistryError while the registries do not exist.
+QXBASE_EXPORT void RegisterSimulatedSource();
+
+}  // namespace qx
