@@ -34,4 +34,8 @@ inline constexpr ResourceText _rsCOMP_METHOD5 = QX_RES("Maximum");
 inline constexpr ResourceText _rsCOMP_METHOD6 = QX_RES("RMS");
 inline constexpr ResourceText _rsCOMP_METHOD7 = QX_RES("Standard deviation");
 
+// Errors of the trigger engine.
+inline constexpr ResourceText _rsInvalidData = QX_RES("Data format is invalid");
+inline constexpr ResourceText _rsInvalidTriggerChannel = QX_RES("TriggerChannel is invalid");
+
 }  // namespace qx::res

@@ -1,0 +1,138 @@
+#include <gtest/gtest.h>
+
+#include <QJsonObject>
+
+#include "qxbase/control/event_link.h"
+#include "qxbase/framework/component_stream.h"
+#include "qxbase/sources/trigger_processor.h"
+#include "tests/measure/trigger_support.h"
+
+using namespace qx;
+using namespace qx::test;
+
+namespace {
+
+// A source of two channels, a trigger processor behind it and a consumer behind that.
+// Channel 0 arms on three samples of -1 in every eight and rises at k % 8 == 3.
+struct TChain {
+    TQXMeasureSourceEx Source;
+    TKSTriggerProcessor Processor;
+    TQXMeasureLinkEx Consumer;
+    std::vector<TCapture> Received;
+    TStream Stream;
+
+    TChain()
+    {
+        Source.ChannelListAdd("AI 1", "V", "", -1, 1, {msexArrayData}, 0, Source.GetNewChannelHandle(), true);
+        Source.ChannelListAdd("AI 2", "V", "", 0, 100, {msexArrayData}, 0, Source.GetNewChannelHandle(), true);
+        Processor.SetQXMeasureSource(&Source);
+        Consumer.OnNewData = [this](TQXMeasureLinkEx*, const TRVShortdefs& Defs, const TRVDataDoubleArray& Data,
+                                    const TRVDataDoubleArray& Time, double StartTime) {
+            Received.push_back(CopyCapture(Defs, Data, Time, StartTime));
+        };
+        Consumer.SetQXMeasureSourceEx(&Processor);
+        Stream.Data.resize(2);
+        for (int k = 0; k < 40; ++k) {
+            Stream.Data[0].push_back(k % 8 < 3 ? -1 : k);
+            Stream.Data[1].push_back(100 + k);
+            Stream.Time.push_back(0.25 * k);
+        }
+    }
+    void SendAll(int Block)
+    {
+        for (int from = 0; from < Stream.Size(); from += Block) {
+            TBlockSet set(Stream, from, std::min(from + Block, Stream.Size()));
+            Source.SendData(set.Defs, set.Data, set.Time, Stream.Time[static_cast<std::size_t>(from)]);
+        }
+    }
+};
+
+TEST(TriggerProcessor, SendsEveryCaptureOnWithTheInputsChannels)
+{
+    TChain c;
+    ASSERT_EQ(c.Processor.GetChannelListCount(), 2);
+    EXPECT_EQ(c.Processor.GetChannelList(1)->Name, "AI 2");
+    EXPECT_EQ(c.Processor.GetChannelList(1)->Handle, c.Source.GetChannelList(1)->Handle);
+
+    c.Processor.SetTriggerType(trtPos);
+    c.Processor.SetTriggerBufferSize(5);
+    c.Processor.SetPreTrigger(2);
+    c.SendAll(7);
+    ASSERT_EQ(c.Received.size(), 5u);
+    for (std::size_t i = 0; i < c.Received.size(); ++i) {
+        const TCapture& cap = c.Received[i];
+        const int start = 1 + 8 * static_cast<int>(i);  // two samples before the trigger at 3 + 8 i
+        EXPECT_EQ(cap.StartTime, 0.25 * start);
+        EXPECT_EQ(cap.Data[0], std::vector<double>(c.Stream.Data[0].begin() + start,
+                                                   c.Stream.Data[0].begin() + start + 5));
+        EXPECT_EQ(cap.Data[1][0], 100 + start);
+        EXPECT_EQ(cap.Time[1][4], 0.25 * (start + 4));
+        EXPECT_EQ(cap.Defs[1].XEnd - cap.Defs[1].XStart, 5);  // five samples of one axis unit
+    }
+}
+
+TEST(TriggerProcessor, SettingsAndRearmOnTheBus)
+{
+    TChain c;
+    TKSTriggerProcessor& p = c.Processor;
+    TQXPropertyHandle size = 0, pre = 0, type = 0, rearm = 0, other = 0;
+    ASSERT_TRUE(p.GetPropertyHandleFromDescription("Trigger buffer size", size) &&
+                p.GetPropertyHandleFromDescription("Pre-trigger", pre) &&
+                p.GetPropertyHandleFromDescription("Trigger type", type) &&
+                p.GetPropertyHandleFromDescription("Rearm trigger", rearm));
+    for (const char* description : {"Trigger level", "Trigger single shot", "Trigger channel"})
+        EXPECT_TRUE(p.GetPropertyHandleFromDescription(description, other)) << description;
+    std::vector<TQXPropertyHandle> updated;
+    TQXEventLink listener;
+    listener.OnValueUpdated = [&](TQXEventLink*, std::uint32_t h) { updated.push_back(h); };
+    listener.SetEventSource(&p);
+
+    p.SetPreTrigger(150);
+    updated.clear();
+    ASSERT_TRUE(p.SetPropertyValue(nullptr, size, Variant(std::int32_t{100})));
+    EXPECT_EQ(p.GetPreTrigger(), 99);
+    EXPECT_EQ(updated, (std::vector<TQXPropertyHandle>{pre, size}));  // each announced once
+    p.SetPropertyValue(nullptr, type, Variant(std::int32_t{1}));
+    p.SetPropertyValue(nullptr, type, Variant(std::int32_t{7}));  // no such type
+    EXPECT_EQ(p.GetTrigger().GetTriggerType(), trtNeg);
+
+    p.SetTriggerType(trtPos);
+    p.SetPreTrigger(0);
+    p.SetTriggerBufferSize(3);
+    p.SetTriggerSingleShot(true);
+    c.SendAll(40);
+    p.SetPropertyValue(nullptr, rearm, Variant(QStringLiteral("Unknown")));  // not the command
+    c.SendAll(40);
+    EXPECT_EQ(c.Received.size(), 1u);
+    p.SetPropertyValue(nullptr, rearm, Variant(QStringLiteral("True")));
+    c.SendAll(40);
+    EXPECT_EQ(c.Received.size(), 2u);
+    p.SetTriggerChannel(2);
+    EXPECT_THROW(p.RearmTrigger(), TRVTriggerException);
+}
+
+TEST(TriggerProcessor, WorksheetKeepsEverySettingAndAnUnusualSizePair)
+{
+    TKSTriggerProcessor p;
+    p.SetPreTrigger(10);
+    p.SetPreTrigger(2000);  // buffer size 11 from the previous pre-trigger
+    p.SetTriggerType(trtTime);
+    p.SetTriggerLevel(0.5);
+    p.SetTriggerSingleShot(true);
+    p.SetTriggerChannel(3);
+    p.SetTriggerMode(tmChartRecorder);
+    p.SetStopTriggerChannel(2);
+    p.SetLowSlopeTolerance(0.125);
+    p.SetHighSlopeTolerance(0.75);
+    p.SetPostTrigger(7);
+
+    TKSTriggerProcessor q;
+    ReadComponentData(q, QJsonObject{{"properties", WriteStoredProperties(p)}});
+    EXPECT_EQ(WriteStoredProperties(q), WriteStoredProperties(p));
+    EXPECT_EQ(q.GetPreTrigger(), 2000);
+    EXPECT_EQ(q.GetTriggerBufferSize(), 11);
+    q.SetTriggerBufferSize(100);  // outside a worksheet the setter rules apply again
+    EXPECT_EQ(q.GetPreTrigger(), 99);
+}
+
+}  // namespace
