@@ -1,0 +1,284 @@
+#include <gtest/gtest.h>
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QtTest/QTest>
+#include <cmath>
+#include <numbers>
+
+#include "qxbase/framework/component_stream.h"
+#include "qxbase/framework/exception.h"
+#include "qxbase/framework/stream_registry.h"
+#include "qxbase/panels/panel_registry.h"
+#include "qxbase/sources/simulated_source.h"
+#include "tests/framework/print_qstring.h"
+#include "tests/sources/source_test_support.h"
+
+using namespace qx;
+using namespace qxtest;
+
+namespace {
+
+// One channel at 100 Hz with blocks of 100 samples: sample n sits at n/100 of a 1 Hz period.
+std::vector<double> OneSecondOf(const QString& Line)
+{
+    QStringList log;
+    TKSSimulatedSource source;
+    source.SetClockFrequencyReal(100);
+    source.SetBlockSize(100);
+    source.SetWaveformLines({Line});
+    TConsumer consumer("c", log);
+    consumer.Link.SetQXMeasureSourceEx(&source);
+    source.Step();
+    return consumer.Received.at(0).at(0);
+}
+
+}  // namespace
+
+struct WaveCase {
+    const char* Name;
+    const char* Line;
+    std::vector<std::pair<int, double>> Samples;  // sample index, expected value
+};
+
+class SimulatedWaveform : public ::testing::TestWithParam<WaveCase> {};
+
+TEST_P(SimulatedWaveform, SamplesMatchTheShape)
+{
+    const std::vector<double> values = OneSecondOf(GetParam().Line);
+    ASSERT_EQ(values.size(), 100u);
+    for (const auto& [n, expected] : GetParam().Samples)
+        EXPECT_NEAR(values[static_cast<std::size_t>(n)], expected, 1e-12) << "sample " << n;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Shapes, SimulatedWaveform,
+    ::testing::Values(
+        WaveCase{"sine", "sine 2 1 0.5 0", {{0, 0.5}, {25, 2.5}, {10, 0.5 + 2 * std::sin(0.2 * std::numbers::pi)}, {75, -1.5}}},
+        WaveCase{"sine_phase", "sine 2 1 0.5 90", {{0, 2.5}, {50, -1.5}}},
+        WaveCase{"square", "square 2 1 0.5 0", {{0, 2.5}, {49, 2.5}, {50, -1.5}, {99, -1.5}}},
+        WaveCase{"square_phase", "square 2 1 0.5 180", {{0, -1.5}, {50, 2.5}}},
+        WaveCase{"triangle", "triangle 2 1 0.5 0", {{0, 0.5}, {10, 1.3}, {25, 2.5}, {60, -0.3}, {75, -1.5}, {90, -0.3}}},
+        WaveCase{"sawtooth", "sawtooth 2 1 0.5 0", {{0, 0.5}, {10, 0.9}, {49, 2.46}, {50, -1.5}, {75, -0.5}}},
+        WaveCase{"counter", "counter 3 10 1 0", {{0, 1}, {9, 1}, {10, 4}, {99, 28}}},
+        WaveCase{"fast_sine", "sine 1 7 0 0", {{3, std::sin(2 * std::numbers::pi * 0.21)}, {97, std::sin(2 * std::numbers::pi * 6.79)}}}),
+    [](const ::testing::TestParamInfo<WaveCase>& row) { return std::string(row.param.Name); });
+
+TEST(SimulatedSource, NoiseIsTheSplitMixSequenceOfTheChannel)
+{
+    // SplitMix64 started with 0 gives 0xE220A8397B1DCDAF first (the generator's reference output).
+    const double u0 = static_cast<double>(0xE220A8397B1DCDAFULL >> 11) / 9007199254740992.0;
+    const std::vector<double> values = OneSecondOf("noise 3 1 10 0");
+    EXPECT_DOUBLE_EQ(values[0], 10 + 3 * (2 * u0 - 1));
+    double sum = 0;
+    for (double v : values) {
+        EXPECT_GE(v, 7);
+        EXPECT_LT(v, 13);
+        sum += v;
+    }
+    EXPECT_NEAR(sum / 100, 10, 0.6);
+    EXPECT_EQ(OneSecondOf("noise 3 1 10 0"), values);  // repeats run after run
+}
+
+TEST(SimulatedSource, CounterWrapsAfterSixteenBits)
+{
+    double out[3];
+    FillWaveform({kswCounter, 1, 1, 0, 0}, 1.0, 65535, 0, out, 3);
+    EXPECT_EQ(out[0], 65535);
+    EXPECT_EQ(out[1], 0);
+    EXPECT_EQ(out[2], 1);
+    FillWaveform({kswCounter, 1, -1, 0, 0}, 1.0, 0, 0, out, 2);  // counting down
+    EXPECT_EQ(out[1], 65535);
+}
+
+// Blocks join without a seam: two steps of 256 samples equal one of 512, time and shape alike.
+TEST(SimulatedSource, StepsContinueTimeAndPhase)
+{
+    const QStringList waves = {"sine 1 3.3 0 10", "noise 1 1 0 0", "triangle 2 7.7 1 0", "counter 1 50 0 0"};
+    QStringList log;
+    TKSSimulatedSource split;
+    TKSSimulatedSource whole;
+    for (TKSSimulatedSource* s : {&split, &whole}) {
+        s->SetClockFrequencyReal(1234.5);
+        s->SetWaveformLines(waves);
+    }
+    split.SetBlockSize(256);
+    whole.SetBlockSize(512);
+    TConsumer splitSink("split", log);
+    TConsumer wholeSink("whole", log);
+    std::vector<TRVShortdefs> splitDefs;
+    std::vector<std::vector<double>> splitTimes;
+    splitSink.Link.OnNewData = [&](TQXMeasureLinkEx*, const TRVShortdefs& Defs, const TRVDataDoubleArray& Data,
+                                   const TRVDataDoubleArray& Time, double Start) {
+        splitDefs.push_back(Defs);
+        splitTimes.emplace_back(Time[3].data, Time[3].data + Time[3].count);
+        splitSink.Received.emplace_back();
+        for (const TRVDataDouble& b : Data) splitSink.Received.back().emplace_back(b.data, b.data + b.count);
+        EXPECT_EQ(Start, Defs[0].XStart);
+    };
+    splitSink.Link.SetQXMeasureSourceEx(&split);
+    wholeSink.Link.SetQXMeasureSourceEx(&whole);
+    split.Step();
+    split.Step();
+    whole.Step();
+    EXPECT_EQ(split.GetStreamPosition(), 512u);
+
+    ASSERT_EQ(splitSink.Received.size(), 2u);
+    for (std::size_t c = 0; c < 4; ++c) {
+        std::vector<double> joined = splitSink.Received[0][c];
+        joined.insert(joined.end(), splitSink.Received[1][c].begin(), splitSink.Received[1][c].end());
+        EXPECT_EQ(joined, wholeSink.Received[0][c]) << "channel " << c;
+    }
+    const TRVShortdef& first = splitDefs[0][2];
+    const TRVShortdef& second = splitDefs[1][2];
+    EXPECT_EQ(first.ChannelNo, 2);
+    EXPECT_EQ(first.FirstSample, 0u);
+    EXPECT_EQ(second.FirstSample, 256u);
+    EXPECT_EQ(first.XEnd, second.XStart);
+    EXPECT_DOUBLE_EQ(second.XStart, 256 / 1234.5);
+    EXPECT_DOUBLE_EQ(second.XEnd, 512 / 1234.5);
+    EXPECT_EQ(first.YMin, -1);
+    EXPECT_EQ(first.YMax, 3);
+    EXPECT_TRUE(TQXMSChannelFlags::FromBits(static_cast<std::uint16_t>(first.Flags)).Contains(msexADChannel));
+    EXPECT_DOUBLE_EQ(splitTimes[1][0], 256 / 1234.5);
+    EXPECT_DOUBLE_EQ(splitTimes[1][255], 511 / 1234.5);
+}
+
+TEST(SimulatedSource, ChannelListFollowsTheSettings)
+{
+    QStringList log;
+    TKSSimulatedSource source;
+    TConsumer consumer("c", log);
+    consumer.Link.SetQXMeasureSourceEx(&source);
+    ASSERT_EQ(source.GetChannelListCount(), 4);
+    EXPECT_EQ(source.GetChannelList(3)->Name, "AI 4");
+    std::vector<std::uint32_t> handles;
+    for (int i = 0; i < 4; ++i) handles.push_back(source.GetChannelList(i)->Handle);
+
+    log.clear();
+    source.SetWaveform(1, {kswSquare, 5, 1, 2, 0});
+    EXPECT_EQ(log, QStringList({"c:settings"}));
+    EXPECT_EQ(source.GetChannelList(1)->RangeLow, -3);
+    EXPECT_EQ(source.GetChannelList(1)->RangeHigh, 7);
+    EXPECT_EQ(source.GetChannelList(1)->ThirdText, "square");
+
+    source.SetNrOfCGLChannels(2);
+    source.SetNrOfCGLChannels(3);
+    ASSERT_EQ(source.GetChannelListCount(), 3);
+    EXPECT_EQ(source.GetChannelList(1)->Handle, handles[1]);
+    EXPECT_EQ(source.GetWaveform(1).Kind, kswSquare);
+    EXPECT_GT(source.GetChannelList(2)->Handle, handles[3]);  // a channel that went and came back
+    EXPECT_EQ(source.GetWaveform(2), TKSSimulatedSource::DefaultWaveform(2));
+
+    EXPECT_THROW(source.GetWaveform(3), ERangeError);
+    EXPECT_THROW(source.SetWaveform(-1, {}), ERangeError);
+    EXPECT_THROW(source.SetWaveform(0, {kswSine, std::nan(""), 1, 0, 0}), ERangeError);
+    EXPECT_THROW(source.SetWaveform(0, {kswSine, 1, 2e9, 0, 0}), ERangeError);
+    EXPECT_EQ(source.GetWaveform(0), TKSSimulatedSource::DefaultWaveform(0));
+
+    source.SetNrOfCGLChannels(0);
+    EXPECT_EQ(source.GetNrOfCGLChannels(), 1);
+    source.SetNrOfCGLChannels(100000);
+    EXPECT_EQ(source.GetNrOfCGLChannels(), TKSSimulatedSource::MaxChannels);
+}
+
+TEST(SimulatedSource, SettingsOnTheBusNotifyOnce)
+{
+    TKSSimulatedSource source;
+    std::map<TQXPropertyHandle, int> updates;
+    TQXEventLink listener;
+    listener.OnValueUpdated = [&](TQXEventLink*, std::uint32_t h) { ++updates[h]; };
+    listener.SetEventSource(&source);
+    TQXPropertyHandle rate = 0, channels = 0, block = 0, acquisition = 0;
+    ASSERT_TRUE(source.GetPropertyHandle("ClockFrequencyReal", rate));
+    ASSERT_TRUE(source.GetPropertyHandle("NrOfCGLChannels", channels));
+    ASSERT_TRUE(source.GetPropertyHandle("BlockSize", block));
+    ASSERT_TRUE(source.GetPropertyHandle("Acquisition", acquisition));
+    TQXPropertyHandle inherited = 0;
+    EXPECT_TRUE(source.GetPropertyHandle("PanelEnable", inherited));
+
+    source.Step();
+    EXPECT_TRUE(source.SetPropertyValue(nullptr, rate, 2000.0));
+    EXPECT_EQ(source.GetClockFrequencyReal(), 2000);
+    EXPECT_EQ(source.GetStreamPosition(), 0u);  // a new rate restarts the stream
+    EXPECT_TRUE(source.SetPropertyValue(nullptr, channels, std::int32_t{6}));
+    EXPECT_EQ(source.GetChannelListCount(), 6);
+    source.SetBlockSize(50);
+    source.SetBlockSize(50);
+    EXPECT_EQ(updates, (std::map<TQXPropertyHandle, int>{{rate, 1}, {channels, 1}, {block, 1}}));
+
+    Variant value;
+    ASSERT_TRUE(source.GetPropertyValue(block, value));
+    EXPECT_EQ(value.ToInteger(), 50);
+    ASSERT_TRUE(source.GetPropertyValue(rate, value));
+    EXPECT_EQ(value.ToDouble(), 2000);
+
+    EXPECT_TRUE(source.SetPropertyValue(nullptr, acquisition, std::int32_t{1}));
+    EXPECT_TRUE(source.IsRunning());
+    source.Stop();
+    ASSERT_TRUE(source.GetPropertyValue(acquisition, value));
+    EXPECT_EQ(value.ToInteger(), 0);
+    EXPECT_EQ(updates[acquisition], 2);
+}
+
+TEST(SimulatedSource, TimerRunsCyclesAtTheClampedInterval)
+{
+    QStringList log;
+    TKSSimulatedSource source;
+    source.SetClockFrequencyReal(1e6);
+    source.SetBlockSize(1);
+    EXPECT_EQ(source.GetCycleInterval(), TKSSimulatedSource::MinCycleMs);
+    source.SetClockFrequencyReal(1);
+    source.SetBlockSize(TKSSimulatedSource::MaxBlockSize);
+    EXPECT_EQ(source.GetCycleInterval(), TKSSimulatedSource::MaxCycleMs);
+    source.SetClockFrequencyReal(std::nan(""));
+    EXPECT_EQ(source.GetClockFrequencyReal(), 1);
+
+    source.SetClockFrequencyReal(1000);
+    source.SetBlockSize(20);
+    EXPECT_EQ(source.GetCycleInterval(), 20);
+    TConsumer consumer("c", log);
+    consumer.Link.SetQXMeasureSourceEx(&source);
+    source.Start();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return consumer.Received.size() >= 3; }, 5000));
+    source.Stop();
+    const std::size_t cycles = consumer.Received.size();
+    EXPECT_EQ(source.GetStreamPosition(), 20 * cycles);
+    QTest::qWait(60);
+    EXPECT_EQ(consumer.Received.size(), cycles);
+}
+
+TEST(SimulatedSource, StoredFormRoundTripAndDamagedLines)
+{
+    RegisterSimulatedSource();
+    RegisterSimulatedSource();
+    EXPECT_EQ(SourceClassNames().count("TKSSimulatedSource"), 1);
+    EXPECT_EQ(GetStreamClass("TKSSimulatedSource").Description(), "Simulated acquisition source");
+
+    TKSSimulatedSource original;
+    original.setObjectName("Sim1");
+    original.SetClockFrequencyReal(2500.5);
+    original.SetBlockSize(333);
+    original.SetWaveformLines({"sine 1 2 3 4", "noise 0.25 0 -1 0", "counter 1 1000 0 45.5"});
+    const QJsonObject json = WriteComponent(original);
+    std::unique_ptr<QObject> read = ReadComponent(json, nullptr);
+    auto* copy = qobject_cast<TKSSimulatedSource*>(read.get());
+    ASSERT_NE(copy, nullptr);
+    EXPECT_EQ(copy->GetClockFrequencyReal(), 2500.5);
+    EXPECT_EQ(copy->GetBlockSize(), 333);
+    EXPECT_EQ(copy->GetNrOfCGLChannels(), 3);
+    EXPECT_EQ(copy->GetWaveformLines(), original.GetWaveformLines());
+    EXPECT_EQ(copy->GetWaveform(2), (TKSWaveform{kswCounter, 1, 1000, 0, 45.5}));
+
+    TKSSimulatedSource damaged;
+    ReadStoredProperties(damaged, QJsonObject{{"Waveforms", QJsonArray{"square 1 2 3 4", "square 1 x 3 4", "wobble 1 1 1 1"}}});
+    EXPECT_EQ(damaged.GetNrOfCGLChannels(), 3);
+    EXPECT_EQ(damaged.GetWaveform(0).Kind, kswSquare);
+    EXPECT_EQ(damaged.GetWaveform(1), TKSSimulatedSource::DefaultWaveform(1));
+    EXPECT_EQ(damaged.GetWaveform(2), TKSSimulatedSource::DefaultWaveform(2));
+
+    EXPECT_THROW(WaveformFromText("sine 1 2 3"), EConvertError);
+    EXPECT_THROW(WaveformFromText("sine 1 2 3 4 5"), EConvertError);
+    EXPECT_THROW(WaveformFromText("sine 1 INF 3 4"), ERangeError);
+    EXPECT_EQ(WaveformFromText("  triangle   0.5 1E-3 -2 0 "), (TKSWaveform{kswTriangle, 0.5, 0.001, -2, 0}));
+}
