@@ -41,12 +41,13 @@ test: build
 	cd $(BUILD) && ctest --output-on-failure -j $(JOBS) $(CTEST_ARGS)
 
 # With a display: the demo worksheet in its window. Without one: the console tour, the binding
-# walk-through and a snapshot of the worksheet in design mode.
+# walk-through, the data path and a snapshot of the worksheet in design mode.
 run: build
 	@if [ -z "$$DISPLAY" ] && [ -z "$$WAYLAND_DISPLAY" ]; then \
 	  export QT_QPA_PLATFORM=offscreen; \
 	  $(BUILD)/apps/qxsheet/qxsheet tour && \
 	  $(BUILD)/apps/qxsheet/qxsheet bindings && \
+	  $(BUILD)/apps/qxsheet/qxsheet datapath && \
 	  $(BUILD)/apps/qxsheet/qxsheet --snapshot $(BUILD)/qxsheet-snapshot.png; \
 	else \
 	  $(BUILD)/apps/qxsheet/qxsheet; \

@@ -40,6 +40,29 @@ TCommand ParseBindings(const QStringList& arguments)
     return command;
 }
 
+TCommand ParseDatapath(const QStringList& arguments)
+{
+    TCommand command;
+    command.Kind = TCommand::cmdDatapath;
+    for (qsizetype i = 1; i < arguments.size(); ++i) {
+        const QString& argument = arguments[i];
+        if (argument == "--cycles") {
+            std::int32_t cycles = 0;
+            if (i + 1 == arguments.size() || !qx::TryStrToInt(arguments[i + 1], cycles) || cycles < 1 || cycles > 1000)
+                return Error(QStringLiteral("--cycles needs a number from 1 to 1000"));
+            command.Cycles = cycles;
+            ++i;
+        } else if (argument.startsWith('-')) {
+            return Error(QStringLiteral("unknown option \"%1\"").arg(argument));
+        } else if (!command.File.isEmpty()) {
+            return Error(QStringLiteral("datapath takes one worksheet at most"));
+        } else {
+            command.File = argument;
+        }
+    }
+    return command;
+}
+
 TCommand ParseWorksheet(const QStringList& arguments)
 {
     TCommand command;
@@ -78,6 +101,7 @@ TCommand ParseCommandLine(const QStringList& arguments)
         return command;
     }
     if (arguments[0] == "bindings") return ParseBindings(arguments);
+    if (arguments[0] == "datapath") return ParseDatapath(arguments);
     return ParseWorksheet(arguments);
 }
 
@@ -92,6 +116,10 @@ QString UsageText()
         "       qxsheet bindings [FILE]\n"
         "                             headless: toggle the worksheet's switch twice, press its\n"
         "                             button and print the property updates that follow\n"
+        "       qxsheet datapath [FILE] [--cycles N]\n"
+        "                             headless: step the worksheet's simulated source N times\n"
+        "                             (default 5) and print what each data panel took, then\n"
+        "                             the worksheet's connections\n"
         "       qxsheet scan --port N search the amplifier-module bus on COM N (the device is\n"
         "                             $QX_COM<N> if set, else /dev/ttyS<N-1>)\n");
 }

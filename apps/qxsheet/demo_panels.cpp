@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "apps/qxsheet/data_panels.h"
 #include "apps/qxsheet/demo_clients.h"
 #include "qxbase/framework/exception.h"
 #include "qxbase/panels/panel_geometry.h"
@@ -330,6 +331,7 @@ void RegisterDemoPanels()
 {
     static const bool registered = [] {
         qx::RegisterKSPanels<TDemoValueDisplay, TDemoLamp, TDemoBarMeter, TDemoSwitchPanel, TDemoButtonPanel>();
+        RegisterDataPanels();
         return true;
     }();
     (void)registered;

@@ -5,6 +5,7 @@
 #include "apps/qxsheet/bindings_demo.h"
 #include "apps/qxsheet/command_line.h"
 #include "apps/qxsheet/console_demo.h"
+#include "apps/qxsheet/datapath_demo.h"
 #include "apps/qxsheet/module_scan_demo.h"
 #include "apps/qxsheet/worksheet_app.h"
 
@@ -13,7 +14,8 @@ namespace {
 int RunWorksheet(int argc, char** argv, const qxsheet::TCommand& command, QTextStream& out, QTextStream& err)
 {
     const bool noPlatform = qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
-    const bool headless = !command.Snapshot.isEmpty() || command.Kind == qxsheet::TCommand::cmdBindings;
+    const bool headless = !command.Snapshot.isEmpty() || command.Kind == qxsheet::TCommand::cmdBindings
+                          || command.Kind == qxsheet::TCommand::cmdDatapath;
     if (headless && noPlatform) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     } else if (!headless && noPlatform && qEnvironmentVariableIsEmpty("DISPLAY")
@@ -26,6 +28,8 @@ int RunWorksheet(int argc, char** argv, const qxsheet::TCommand& command, QTextS
     QApplication app(argc, argv);
     if (command.Kind == qxsheet::TCommand::cmdBindings)
         return qxsheet::RunBindingsDemo(command.File, out, err);
+    if (command.Kind == qxsheet::TCommand::cmdDatapath)
+        return qxsheet::RunDatapathDemo(command.File, command.Cycles, out, err);
     if (!command.Snapshot.isEmpty())
         return qxsheet::RunSnapshot(command.File, command.Snapshot, out, err);
     return qxsheet::RunWorksheetWindow(command.File, err);
@@ -61,6 +65,7 @@ int main(int argc, char** argv)
     }
     case qxsheet::TCommand::cmdWorksheet:
     case qxsheet::TCommand::cmdBindings:
+    case qxsheet::TCommand::cmdDatapath:
         break;
     }
     return RunWorksheet(argc, argv, command, out, err);

@@ -15,6 +15,7 @@
 #include "qxbase/panels/panel_base.h"
 #include "qxbase/panels/panel_tab_page.h"
 #include "qxbase/panels/worksheet_file.h"
+#include "qxbase/sources/simulated_source.h"
 
 namespace qxsheet {
 namespace {
@@ -150,6 +151,27 @@ void TWorksheetWindow::ApplyDesignMode(bool Value)
             panel->SetDesignMode(Value);
         }
     }
+    RunSimulatedSources(!Value && isVisible());
+}
+
+void TWorksheetWindow::RunSimulatedSources(bool Value)
+{
+    for (qx::TKSPanelTabPage* page : GetPages())
+        for (qx::TKSMSSink* panel : qx::GetAllPagePanels(*page))
+            if (auto* source = qobject_cast<qx::TKSSimulatedSource*>(panel))
+                Value ? source->Start() : source->Stop();
+}
+
+void TWorksheetWindow::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    RunSimulatedSources(!GetDesignMode());
+}
+
+void TWorksheetWindow::hideEvent(QHideEvent* event)
+{
+    QMainWindow::hideEvent(event);
+    RunSimulatedSources(false);
 }
 
 std::vector<qx::TKSMSSink*> TWorksheetWindow::GetSelectedPanels() const

@@ -17,7 +17,8 @@ namespace qxsheet {
 
 // The demo host's main window: one tab per worksheet page, a design-mode switch, Open, Save and
 // Save As. In design mode a click selects a panel (Ctrl+click toggles it), a click on the page
-// background deselects all, and panels move and resize on the page's grid.
+// background deselects all, and panels move and resize on the page's grid. While the window is
+// shown outside design mode, the worksheet's simulated sources run from their timers.
 class TWorksheetWindow : public QMainWindow {
     Q_OBJECT
 
@@ -52,6 +53,8 @@ public:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     void CreateActions();
@@ -59,6 +62,9 @@ private:
     void AttachPanel(qx::TKSMSSink& Panel);
     void PanelClicked(qx::TKSMSSink& Panel);
     void ApplyDesignMode(bool Value);
+    // Simulated sources acquire from their timers only while the window shows the worksheet
+    // outside design mode.
+    void RunSimulatedSources(bool Value);
     void ShowError(const QString& Text);
     void UpdateTitle();
 

@@ -24,6 +24,11 @@ TEST(CommandLine, ChoosesWorksheetTourScanOrHelp)
     const TCommand bindings = ParseCommandLine({"bindings", "plant.qxw"});
     EXPECT_EQ(bindings.Kind, TCommand::cmdBindings);
     EXPECT_EQ(bindings.File, "plant.qxw");
+    const TCommand datapath = ParseCommandLine({"datapath", "--cycles", "3", "plant.qxw"});
+    EXPECT_EQ(datapath.Kind, TCommand::cmdDatapath);
+    EXPECT_EQ(datapath.Cycles, 3);
+    EXPECT_EQ(datapath.File, "plant.qxw");
+    EXPECT_EQ(ParseCommandLine({"datapath"}).Cycles, 5);
     EXPECT_EQ(ParseCommandLine({"--help"}).Kind, TCommand::cmdHelp);
     const TCommand scan = ParseCommandLine({"scan", "--port", "7"});
     EXPECT_EQ(scan.Kind, TCommand::cmdScan);
@@ -38,6 +43,9 @@ TEST(CommandLine, RefusesBadArgumentsWithAReason)
     };
     const Row rows[] = {
         {{"tour", "now"}, "tour takes no arguments"},
+        {{"datapath", "--cycles", "0"}, "--cycles needs a number from 1 to 1000"},
+        {{"datapath", "--cycles"}, "--cycles needs a number from 1 to 1000"},
+        {{"datapath", "a.qxw", "b.qxw"}, "datapath takes one worksheet at most"},
         {{"bindings", "a.qxw", "b.qxw"}, "bindings takes one worksheet at most"},
         {{"bindings", "--snapshot"}, "unknown option \"--snapshot\""},
         {{"a.qxw", "b.qxw"}, "one worksheet at a time, not \"a.qxw\" and \"b.qxw\""},

@@ -97,7 +97,7 @@ TEST_F(Worksheet, DesignSwitchReachesEveryPanelOfEveryPage)
 {
     const std::unique_ptr<TWorksheetWindow> window = OpenWorksheetWindow({});
     const std::vector<qx::TKSMSSink*> panels = AllPanels(*window);
-    ASSERT_EQ(panels.size(), 8U);
+    ASSERT_EQ(panels.size(), 13U);
     window->GetDesignAction()->trigger();
     for (qx::TKSMSSink* panel : panels) {
         EXPECT_TRUE(panel->GetDesignMode()) << panel->objectName().toStdString();
@@ -188,7 +188,7 @@ TEST_F(Worksheet, AFileThatDoesNotLoadIsShownAndKeepsTheWorksheet)
     file.close();
     EXPECT_FALSE(window->Open(bad));
     EXPECT_EQ(shown, bad + R"(, Component "P": "class" is missing)");
-    EXPECT_EQ(window->GetPages().size(), 2U);
+    EXPECT_EQ(window->GetPages().size(), 3U);
     EXPECT_EQ(window->GetPath(), DefaultWorksheetPath());
 }
 

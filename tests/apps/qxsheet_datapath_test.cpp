@@ -1,0 +1,154 @@
+#include <gtest/gtest.h>
+
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTextStream>
+#include <cmath>
+#include <numbers>
+
+#include "apps/qxsheet/data_panels.h"
+#include "apps/qxsheet/datapath_demo.h"
+#include "apps/qxsheet/worksheet_app.h"
+#include "qxbase/framework/host_services.h"
+#include "qxbase/panels/panel_tab_page.h"
+#include "qxbase/sources/simulated_source.h"
+#include "tests/framework/print_qstring.h"
+
+using namespace qxsheet;
+
+namespace {
+
+template <class T>
+T& Get(const QObject& root, const char* name)
+{
+    T* found = root.findChild<T*>(QString::fromLatin1(name));
+    if (found == nullptr) throw std::runtime_error(std::string("no panel ") + name);
+    return *found;
+}
+
+// The bundled sine: 2 V, 10 Hz, sampled at 1 kHz in blocks of 100.
+double Sine(int k)
+{
+    return 2.0 * std::sin(2.0 * std::numbers::pi * 10.0 * k / 1000.0);
+}
+
+double Captured(const QString& text, const QString& pattern)
+{
+    const QRegularExpressionMatch match = QRegularExpression(pattern).match(text);
+    return match.hasMatch() ? match.captured(1).toDouble() : std::nan("");
+}
+
+class Datapath : public ::testing::Test {
+protected:
+    void TearDown() override { qx::RestoreHostServices(); }
+    QTemporaryDir FDir;
+};
+
+// What each consumer prints is checked against the waveform computed here, not by the library.
+TEST_F(Datapath, PrintsWhatEachConsumerTookPerCycle)
+{
+    QString text;
+    QString complaint;
+    QTextStream out(&text);
+    QTextStream err(&complaint);
+    ASSERT_EQ(RunDatapathDemo({}, 3, out, err), 0) << complaint.toStdString();
+    out.flush();
+
+    double squares = 0.0;
+    for (int k = 200; k < 300; ++k) squares += Sine(k) * Sine(k);
+    const QStringList cycles = text.split("\ncycle ");
+    ASSERT_EQ(cycles.size(), 4) << text.toStdString();
+    const QString third = cycles[3];
+    EXPECT_NEAR(Captured(third, "RMS of AI 1 = (\\S+) V"), std::sqrt(squares / 100.0), 1e-5);
+    EXPECT_NEAR(Captured(third, "RMS of AI 1 = (\\S+) V"), 2.0 / std::numbers::sqrt2, 1e-5);
+    EXPECT_NEAR(Captured(third, "RMS .* at t = (\\S+) s"), 0.2, 1e-9);
+    EXPECT_TRUE(third.contains("Scope: 3 channels, samples 100 100 100")) << third.toStdString();
+
+    // The first upward crossing of 1 V that has 50 samples before it, captured 200 long.
+    int trigger = 50;
+    while (!(Sine(trigger - 1) < 1.0 && Sine(trigger) >= 1.0)) ++trigger;
+    EXPECT_TRUE(cycles[1].contains("Capture: nothing") && cycles[2].contains("Capture: nothing"));
+    EXPECT_TRUE(third.contains("capture 1: 8 channels of 200 samples")) << third.toStdString();
+    EXPECT_NEAR(Captured(third, "from t = (\\S+) s"), (trigger - 50) / 1000.0, 1e-9);
+    EXPECT_TRUE(third.contains(QStringLiteral("trigger at sample 50 (t = %1 s)").arg(trigger / 1000.0)));
+
+    const QString overview = text.mid(text.indexOf("\nconnections"));
+    EXPECT_TRUE(overview.contains("data sources: 2\n  \"Simulated source\" (TKSSimulatedSource Simulator)\n"
+                                  "    -> \"RMS of the 2 V sine\" (TDemoMeterPanel SineRms)\n"
+                                  "         V [sine];  {-2,2}\n"))
+        << overview.toStdString();
+    EXPECT_TRUE(overview.contains("-> \"Triggered capture of the sine\" (TDemoCapturePanel Capture)"));
+}
+
+TEST_F(Datapath, AWorksheetWithoutASimulatedSourceIsRefused)
+{
+    std::unique_ptr<TWorksheetWindow> window = OpenWorksheetWindow({});
+    const QString path = FDir.filePath("plain.qxw");
+    delete window->GetPages().back();
+    ASSERT_TRUE(window->SaveTo(path));
+    QString text;
+    QString complaint;
+    QTextStream out(&text);
+    QTextStream err(&complaint);
+    EXPECT_EQ(RunDatapathDemo(path, 1, out, err), 1);
+    err.flush();
+    EXPECT_EQ(complaint, "qxsheet: " + path + " has no simulated source to step\n");
+}
+
+// Links are not stored: a saved worksheet finds its sources again by name after load.
+TEST_F(Datapath, LinksAreAttachedAfterLoadAndLetGoWhenThePanelsGo)
+{
+    const QString path = FDir.filePath("copy.qxw");
+    ASSERT_TRUE(OpenWorksheetWindow({})->SaveTo(path));
+    std::unique_ptr<TWorksheetWindow> window = OpenWorksheetWindow(path);
+    auto& source = Get<qx::TKSSimulatedSource>(*window, "Simulator");
+    auto& trigger = Get<TDemoTriggerProcessor>(*window, "Trigger");
+    auto& meter = Get<TDemoMeterPanel>(*window, "SineRms");
+    auto& curve = Get<TDemoCurvePanel>(*window, "Scope");
+    auto& capture = Get<TDemoCapturePanel>(*window, "Capture");
+    EXPECT_EQ(meter.GetLink().GetSource(), &source);
+    EXPECT_EQ(meter.GetSingleLink().GetChannel(), 0);
+    EXPECT_EQ(curve.GetLink().GetSource(), &source);
+    EXPECT_EQ(curve.GetSelectLink().GetMSChannelIndex(2), 4);
+    EXPECT_EQ(trigger.GetQXMeasureSource(), &source);
+    EXPECT_EQ(capture.GetLink().GetSource(), &trigger);
+    EXPECT_EQ(source.GetLinkCount(), 3);
+
+    // The meter follows its channel by name when the list is rebuilt shorter and longer.
+    source.SetNrOfCGLChannels(1);
+    source.SetNrOfCGLChannels(8);
+    EXPECT_EQ(meter.GetSingleLink().GetChannel(), 0);
+    source.Step();
+    EXPECT_EQ(meter.GetReceived(), 1);
+    EXPECT_NEAR(meter.GetValue(), 2.0 / std::numbers::sqrt2, 1e-9);
+    EXPECT_EQ(curve.GetLastCounts(), std::vector<int>({100, 100, 100}));
+    EXPECT_DOUBLE_EQ(curve.GetCurves()[0].Samples[25], Sine(25));
+
+    // A source name that is nowhere leaves the panel detached.
+    curve.SetSourceName("Nowhere");
+    EXPECT_FALSE(curve.Attach());
+    EXPECT_EQ(source.GetLinkCount(), 2);
+    delete &meter;
+    EXPECT_EQ(source.GetLinkCount(), 1);
+}
+
+TEST_F(Datapath, TheWindowRunsTheSourceOnlyWhenShownOutsideDesignMode)
+{
+    std::unique_ptr<TWorksheetWindow> window = OpenWorksheetWindow({});
+    auto& source = Get<qx::TKSSimulatedSource>(*window, "Simulator");
+    EXPECT_FALSE(source.IsRunning());
+    window->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+    EXPECT_TRUE(source.IsRunning());
+    auto& meter = Get<TDemoMeterPanel>(*window, "SineRms");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return meter.GetReceived() > 0; }, 2000));
+    window->SetDesignMode(true);
+    EXPECT_FALSE(source.IsRunning());
+    window->SetDesignMode(false);
+    EXPECT_TRUE(source.IsRunning());
+    window->hide();
+    EXPECT_FALSE(source.IsRunning());
+}
+
+}  // namespace
