@@ -117,13 +117,9 @@ std::vector<std::unique_ptr<qx::TQXEventLink>> ListenToBoundPanels(QTextStream& 
 
 int RunBindingsDemo(const QString& Path, QTextStream& out, QTextStream& err)
 {
-    std::unique_ptr<TWorksheetWindow> window;
-    try {
-        window = OpenWorksheetWindow(Path);
-    } catch (const qx::Exception& e) {
-        err << "qxsheet: " << e.Message() << Qt::endl;
+    std::unique_ptr<TWorksheetWindow> window = OpenWorksheetWindowOrReport(Path, err);
+    if (!window)
         return 1;
-    }
     const std::vector<TDemoClientPanel*> clients = ClientsOf(*window);
     auto* heaterSwitch = FirstOf<TDemoSwitchPanel>(clients);
     auto* button = FirstOf<TDemoButtonPanel>(clients);

@@ -5,7 +5,6 @@
 
 #include "apps/qxsheet/data_panels.h"
 #include "apps/qxsheet/worksheet_app.h"
-#include "qxbase/framework/exception.h"
 #include "qxbase/framework/stream_registry.h"
 #include "qxbase/panels/panel_tab_page.h"
 #include "qxbase/panels/worksheet_file.h"
@@ -81,13 +80,9 @@ void PrintRoots(QTextStream& out, const QString& Title, int Count,
 
 int RunDatapathDemo(const QString& Path, int Cycles, QTextStream& out, QTextStream& err)
 {
-    std::unique_ptr<TWorksheetWindow> window;
-    try {
-        window = OpenWorksheetWindow(Path);
-    } catch (const qx::Exception& e) {
-        err << "qxsheet: " << e.Message() << Qt::endl;
+    const std::unique_ptr<TWorksheetWindow> window = OpenWorksheetWindowOrReport(Path, err);
+    if (!window)
         return 1;
-    }
     qx::TKSSimulatedSource* source = nullptr;
     std::vector<TDataPanel*> panels;
     for (qx::TKSPanelTabPage* page : window->GetPages())

@@ -47,15 +47,21 @@ std::unique_ptr<TWorksheetWindow> CreateSnapshotWindow(const QString& Path)
     return window;
 }
 
-int RunSnapshot(const QString& Path, const QString& Png, QTextStream& out, QTextStream& err)
+std::unique_ptr<TWorksheetWindow> OpenWorksheetWindowOrReport(const QString& Path, QTextStream& err, bool Snapshot)
 {
-    std::unique_ptr<TWorksheetWindow> window;
     try {
-        window = CreateSnapshotWindow(Path);
+        return Snapshot ? CreateSnapshotWindow(Path) : OpenWorksheetWindow(Path);
     } catch (const qx::Exception& e) {
         err << "qxsheet: " << e.Message() << Qt::endl;
-        return 1;
+        return nullptr;
     }
+}
+
+int RunSnapshot(const QString& Path, const QString& Png, QTextStream& out, QTextStream& err)
+{
+    const std::unique_ptr<TWorksheetWindow> window = OpenWorksheetWindowOrReport(Path, err, true);
+    if (!window)
+        return 1;
     if (!window->grab().save(Png, "PNG")) {
         err << "qxsheet: cannot write the snapshot to " << Png << Qt::endl;
         return 1;
@@ -66,13 +72,9 @@ int RunSnapshot(const QString& Path, const QString& Png, QTextStream& out, QText
 
 int RunWorksheetWindow(const QString& Path, QTextStream& err)
 {
-    std::unique_ptr<TWorksheetWindow> window;
-    try {
-        window = OpenWorksheetWindow(Path);
-    } catch (const qx::Exception& e) {
-        err << "qxsheet: " << e.Message() << Qt::endl;
+    const std::unique_ptr<TWorksheetWindow> window = OpenWorksheetWindowOrReport(Path, err);
+    if (!window)
         return 1;
-    }
     window->show();
     return QApplication::exec();
 }

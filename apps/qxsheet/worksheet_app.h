@@ -21,6 +21,11 @@ std::unique_ptr<TWorksheetWindow> OpenWorksheetWindow(const QString& Path);
 // the first page selected.
 std::unique_ptr<TWorksheetWindow> CreateSnapshotWindow(const QString& Path);
 
+// OpenWorksheetWindow (or CreateSnapshotWindow when `Snapshot`), or null after writing the load
+// error to `err`.
+std::unique_ptr<TWorksheetWindow> OpenWorksheetWindowOrReport(const QString& Path, QTextStream& err,
+                                                              bool Snapshot = false);
+
 // Renders CreateSnapshotWindow(Path) to the PNG file `Png` and says where it went. Returns 0,
 // or 1 after writing the reason to `err`.
 int RunSnapshot(const QString& Path, const QString& Png, QTextStream& out, QTextStream& err);

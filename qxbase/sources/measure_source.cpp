@@ -210,22 +210,8 @@ void TQXMeasureSourceEx::ChannelListAdd(const QString& Name, const QString& Seco
                                         TQXMSChannelFlags Flags, TColor Color, double X1, double X2,
                                         double Y1, double Y2, bool OptionFlag, std::uint32_t Handle)
 {
-    auto info = std::make_unique<TQXMSExChannelInformation>();
-    info->Name = Name;
-    info->SecondText = SecondText;
-    info->ThirdText = ThirdText;
-    info->RangeLow = RangeLow;
-    info->RangeHigh = RangeHigh;
-    info->Flags = Flags;
-    info->Color = Color;
-    info->ScalingValues = {X1, X2, Y1, Y2, 0, 0};
-    info->OptionFlag = OptionFlag;
-    info->Operation = qxvtNone;
-    info->OperationParameter = -1;
-    info->FirstOperandIndex = -1;
-    info->SecondOperandIndex = -1;
-    info->Handle = Handle;
-    FChannels.push_back(std::move(info));
+    ChannelListAdd(Name, SecondText, ThirdText, RangeLow, RangeHigh, Flags, Color, X1, X2, Y1, Y2, OptionFlag,
+                   TQXCoefficients{}, qxvtNone, -1, -1, -1, QString(), QString(), Handle);
 }
 
 void TQXMeasureSourceEx::ChannelListAdd(const QString& Name, const QString& SecondText,
