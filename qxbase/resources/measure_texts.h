@@ -38,4 +38,15 @@ inline constexpr ResourceText _rsCOMP_METHOD7 = QX_RES("Standard deviation");
 inline constexpr ResourceText _rsInvalidData = QX_RES("Data format is invalid");
 inline constexpr ResourceText _rsInvalidTriggerChannel = QX_RES("TriggerChannel is invalid");
 
+// Result kinds of the FFT processor, by TKSFFTSpecType ordinal + 1.
+inline constexpr ResourceText _rsFFT_TYPE1 = QX_RES("Spectrum analyzer");
+inline constexpr ResourceText _rsFFT_TYPE2 = QX_RES("Autocorrelation");
+inline constexpr ResourceText _rsFFT_TYPE3 = QX_RES("Power spectrum");
+
+// Windows of the FFT, by TQXFFTLeakType ordinal + 1.
+inline constexpr ResourceText _rsFFT_WINDOW1 = QX_RES("Rectangle");
+inline constexpr ResourceText _rsFFT_WINDOW2 = QX_RES("Hanning");
+inline constexpr ResourceText _rsFFT_WINDOW3 = QX_RES("Hamming");
+inline constexpr ResourceText _rsFFT_WINDOW4 = QX_RES("Blackman");
+
 }  // namespace qx::res

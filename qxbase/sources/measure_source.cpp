@@ -47,24 +47,28 @@ QString OwnerText(const QObject* Owner)
     return Owner->objectName();
 }
 
-// Frees both block arrays when SendData leaves, by whatever path.
+// Frees the blocks a delivery owns when it leaves, by whatever path: the data blocks from
+// `OwnedFrom` on and, when given, every time-channel block.
 class TBufferRelease {
 public:
-    TBufferRelease(TRVDataDoubleArray& Data, TRVDataDoubleArray& TimeChannel) noexcept
-        : FData(Data), FTimeChannel(TimeChannel)
+    TBufferRelease(TRVDataDoubleArray& Data, std::size_t OwnedFrom, TRVDataDoubleArray* TimeChannel) noexcept
+        : FData(Data), FOwnedFrom(OwnedFrom), FTimeChannel(TimeChannel)
     {
     }
     ~TBufferRelease()
     {
-        FreeDataDoubleArray(FData);
-        FreeDataDoubleArray(FTimeChannel);
+        for (std::size_t i = FOwnedFrom; i < FData.size(); ++i)
+            FreeDataDouble(FData[i]);
+        if (FTimeChannel != nullptr)
+            FreeDataDoubleArray(*FTimeChannel);
     }
     TBufferRelease(const TBufferRelease&) = delete;
     TBufferRelease& operator=(const TBufferRelease&) = delete;
 
 private:
     TRVDataDoubleArray& FData;
-    TRVDataDoubleArray& FTimeChannel;
+    std::size_t FOwnedFrom;
+    TRVDataDoubleArray* FTimeChannel;
 };
 
 }  // namespace
@@ -294,31 +298,53 @@ void TQXMeasureSourceEx::TraceDelivery(const QObject* Owner)
 void TQXMeasureSourceEx::SendData(const TRVShortdefs& Shortdefs, TRVDataDoubleArray& Data,
                                   TRVDataDoubleArray& TimeChannel, double StartTime)
 {
+    bool alive = false;
     {
-        TBufferRelease release(Data, TimeChannel);
-        TLinkWalk walk(*this);
-        // Links attached during the delivery are beyond this bound and wait for the next set.
-        const std::size_t count = FLinks.size();
-        for (std::size_t i = 0; i < count; ++i) {
-            TQXMeasureLinkEx* link = FLinks[i];
-            if (link == nullptr)
-                continue;
-            // The handler may free its link and its owner; the trace still names the owner.
-            QPointer<QObject> owner;
-            if (DoDebug)
-                owner = link->GetOwner();
-            Guarded(*this, "NewData", [&] { link->NewData(Shortdefs, Data, TimeChannel, StartTime); });
-            if (walk.Gone())
-                return;
-            if (!DoDebug)
-                continue;
-            const QObject* traced = FLinks[i] == link ? link->GetOwner() : owner.data();
-            TraceDelivery(traced);
-            if (walk.Gone())
-                return;
-        }
+        TBufferRelease release(Data, 0, &TimeChannel);
+        alive = Deliver(Shortdefs, Data, TimeChannel, StartTime);
     }
-    EventFire(0, qxecDataEvent, QString());
+    if (alive)
+        EventFire(0, qxecDataEvent, QString());
+}
+
+void TQXMeasureSourceEx::ForwardData(const TRVShortdefs& Shortdefs, TRVDataDoubleArray& Data,
+                                     const TRVDataDoubleArray& TimeChannel, double StartTime,
+                                     std::size_t BorrowedBlocks)
+{
+    bool alive = false;
+    {
+        TBufferRelease release(Data, BorrowedBlocks, nullptr);
+        alive = Deliver(Shortdefs, Data, TimeChannel, StartTime);
+    }
+    if (alive)
+        EventFire(0, qxecDataEvent, QString());
+}
+
+bool TQXMeasureSourceEx::Deliver(const TRVShortdefs& Shortdefs, const TRVDataDoubleArray& Data,
+                                 const TRVDataDoubleArray& TimeChannel, double StartTime)
+{
+    TLinkWalk walk(*this);
+    // Links attached during the delivery are beyond this bound and wait for the next set.
+    const std::size_t count = FLinks.size();
+    for (std::size_t i = 0; i < count; ++i) {
+        TQXMeasureLinkEx* link = FLinks[i];
+        if (link == nullptr)
+            continue;
+        // The handler may free its link and its owner; the trace still names the owner.
+        QPointer<QObject> owner;
+        if (DoDebug)
+            owner = link->GetOwner();
+        Guarded(*this, "NewData", [&] { link->NewData(Shortdefs, Data, TimeChannel, StartTime); });
+        if (walk.Gone())
+            return false;
+        if (!DoDebug)
+            continue;
+        const QObject* traced = FLinks[i] == link ? link->GetOwner() : owner.data();
+        TraceDelivery(traced);
+        if (walk.Gone())
+            return false;
+    }
+    return true;
 }
 
 TQXMeasureSourceExSingle::TQXMeasureSourceExSingle(QWidget* parent)

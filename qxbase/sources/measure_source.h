@@ -82,12 +82,20 @@ public:
     // nothing else happens.
     void SendData(const TRVShortdefs& Shortdefs, TRVDataDoubleArray& Data, TRVDataDoubleArray& TimeChannel,
                   double StartTime);
+    // SendData for a processor that passes on blocks it received: the first `BorrowedBlocks`
+    // data blocks and every time-channel block belong to the upstream source and are neither
+    // freed nor changed; the data blocks after them are freed as SendData frees them.
+    void ForwardData(const TRVShortdefs& Shortdefs, TRVDataDoubleArray& Data, const TRVDataDoubleArray& TimeChannel,
+                     double StartTime, std::size_t BorrowedBlocks);
 
     TQXSourceNotifyEvent OnDestruction;
 
 private:
     class TLinkWalk;
 
+    // Hands the set to every link in order; false when a handler destroyed the source.
+    bool Deliver(const TRVShortdefs& Shortdefs, const TRVDataDoubleArray& Data,
+                 const TRVDataDoubleArray& TimeChannel, double StartTime);
     // Drops the gaps that removals during a walk left behind.
     void CompactLinks();
     // The debug trace of one delivery: "4", this source, the link's owner.
