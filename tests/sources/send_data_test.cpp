@@ -128,3 +128,28 @@ TEST(SendData, SourceDestroyedByAConsumerStillFreesTheBuffers)
     EXPECT_TRUE(set.Empty());
     EXPECT_TRUE(viewer.Lines.isEmpty());
 }
+
+TEST(SendData, ForwardDataFreesOnlyTheBlocksAfterTheBorrowedOnes)
+{
+    QStringList log;
+    TQXMeasureSourceEx source;
+    TDataEvents events(source, log);
+    TConsumer consumer("C", log);
+    consumer.Link.SetQXMeasureSourceEx(&source);
+    log.clear();
+    TBlockSet upstream(2, 3);  // still owned by the test after the forward
+    TRVDataDoubleArray data = upstream.Data;
+    data.push_back(NewDataDouble(2));
+    data.back().data[0] = 7;
+    data.back().data[1] = 8;
+    TRVShortdefs defs(3);
+    source.ForwardData(defs, data, upstream.Time, 1.5, 2);
+    EXPECT_EQ(log, QStringList({"C:data", "event"}));
+    ASSERT_EQ(consumer.Received.at(0).size(), 3u);
+    EXPECT_EQ(consumer.Received[0][1], (std::vector<double>{1000, 1001, 1002}));
+    EXPECT_EQ(consumer.Received[0][2], (std::vector<double>{7, 8}));
+    EXPECT_EQ(data[2].data, nullptr);
+    EXPECT_EQ(data[0].data, upstream.Data[0].data);
+    EXPECT_EQ(upstream.Data[1].data[2], 1002);
+    EXPECT_EQ(upstream.Time[0].count, 3);
+}
