@@ -182,8 +182,8 @@ private:
     QString FInputSource;
 };
 
-// Registers the data panels, the simulated source and the trigger processor; later calls do
-// nothing.
+// Registers the data panels, the simulated source, the math channel processor and the trigger
+// processor; later calls do nothing.
 void RegisterDataPanels();
 
 }  // namespace qxsheet
