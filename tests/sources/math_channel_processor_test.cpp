@@ -183,7 +183,7 @@ TEST(MathChannelProcessor, BadChannelListsRaiseNamingThePlaceAndChangeNothing)
             math.ReadMathChannels(reader);
             ADD_FAILURE() << "no error";
         } catch (const EStreamError& e) {
-            EXPECT_TRUE(e.Message().startsWith(fixed)) << e.Message();
+            EXPECT_TRUE(e.Message().startsWith(fixed)) << e.Message().toStdString();
         }
         ASSERT_EQ(math.GetTable().GetChannelListCount(), 1);
         EXPECT_EQ(math.GetTable().GetChannelList(0)->Name, "Keep");
