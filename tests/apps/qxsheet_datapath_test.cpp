@@ -74,7 +74,11 @@ TEST_F(Datapath, PrintsWhatEachConsumerTookPerCycle)
     EXPECT_TRUE(third.contains(QStringLiteral("trigger at sample 50 (t = %1 s)").arg(trigger / 1024.0)));
 
     const QString overview = text.mid(text.indexOf("\nconnections"));
-    EXPECT_TRUE(overview.contains("data sources: 3\n  \"Simulated source\" (TKSSimulatedSource Simulator)\n"
+    EXPECT_TRUE(overview.contains("data sources: 3\n")) << overview.toStdString();
+    EXPECT_TRUE(overview.contains("  \"Math channels\" (TKSMathChannelProcessor Math)\n"
+                                  "    -> \"RMS math channel\" (TDemoMeterPanel MathRms)\n"));
+    EXPECT_TRUE(overview.contains("  \"Simulated source\" (TKSSimulatedSource Simulator)\n"
+                                  "    -> \"Math channels\" (TKSMathChannelProcessor Math)\n"
                                   "    -> \"RMS of the 2 V sine\" (TDemoMeterPanel SineRms)\n"
                                   "         V [sine];  {-2,2}\n"))
         << overview.toStdString();
