@@ -342,21 +342,25 @@ void TQXVirtualChannelTable::BuildExtendedSet(const TRVShortdefs& Shortdefs, con
         progress = false;
         std::size_t kept = 0;
         for (const int index : W.Pending) {
+            // A bus property read for an FFT may have shrunk the list meanwhile.
+            if (static_cast<std::size_t>(index) >= FChannels.size()) continue;
             const TQXMSExChannelInformation& info = FChannels[static_cast<std::size_t>(index)].Info;
             if (!ready(info.FirstOperandIndex) ||
                 (UsesSecondOperand(info.Operation) && !ready(info.SecondOperandIndex))) {
                 W.Pending[kept++] = index;
                 continue;
             }
+            const TQXVTOperation operation = info.Operation;
+            const std::int32_t first = info.FirstOperandIndex;
             const std::size_t position = inputCount + static_cast<std::size_t>(index);
             int refPos = -1;
             W.Blocks[position] = ComputeBlock(W.Blocks, inputCount, index, refPos, &W.Stale);
             W.Filled[position] = 1;
             TRVShortdef& def = W.Defs[position];
-            if (info.Operation == qxvtExtended) {
+            if (operation == qxvtExtended) {
                 if (refPos >= 0) def = W.Defs[static_cast<std::size_t>(refPos)];
-            } else if (info.FirstOperandIndex >= 0 && static_cast<std::size_t>(info.FirstOperandIndex) < total) {
-                def = W.Defs[static_cast<std::size_t>(info.FirstOperandIndex)];
+            } else if (first >= 0 && static_cast<std::size_t>(first) < total) {
+                def = W.Defs[static_cast<std::size_t>(first)];
             }
             def.ChannelNo = static_cast<std::int32_t>(position);
             progress = true;

@@ -50,7 +50,7 @@ public:
                    double Y2, const TQXCoefficients& Coefficients, const QString& FirstOperandName,
                    const QString& SecondOperandName);
     // Removes the computed channel and rebuilds the output's list; an index outside the list is
-    // ignored.
+    // ignored. Operand indices of the others are not renumbered: operand names follow.
     void DeleteChannel(int Index);
     void ChannelListClear();
     // Null for an index outside the list.
@@ -70,11 +70,14 @@ public:
     // ones; then the output tells its links.
     void GetSourceSettings();
     // The block of computed channel `Index` from the set being built (inputs first, then the
-    // computed channels in list order). RefPos is the position whose definition the result takes
-    // for qxvtExtended, else -1.
+    // computed channels in list order); the empty block for an index outside the list. RefPos is
+    // the position whose definition the result takes for qxvtExtended, else -1. Raises what the
+    // FFT raises (EFFTError, ERangeError) and std::bad_alloc.
     TRVDataDouble GetVirtualData(const TRVShortdefs& Shortdefs, const TRVDataDoubleArray& Data, int Index,
                                  int& RefPos);
-    // The input link's data handler: builds and sends the extended set.
+    // The input link's data handler: builds and sends the extended set. Stale notices follow
+    // the send. When a computation raises, the blocks computed so far are freed, nothing is sent
+    // and the exception passes to the sending source.
     void SendData(TQXMeasureLinkEx* Link, const TRVShortdefs& Shortdefs, const TRVDataDoubleArray& Data,
                   const TRVDataDoubleArray& TimeChannel, double StartTime);
 
