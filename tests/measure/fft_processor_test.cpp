@@ -119,10 +119,3 @@ TEST(FFTProcessor, ProcessDataRewritesTheAxesAndTransformsEveryBlock)
         FreeDataDoubleArray(data);
     }
 }
-
-TEST(FFTProcessor, TextsFollowTheEnumerations)
-{
-    EXPECT_EQ(GetFFTSpecTypeText(ksfftPowerSpec), QStringLiteral("Power spectrum"));
-    EXPECT_EQ(GetFFTWindowText(qxltBlackman), QStringLiteral("Blackman"));
-    EXPECT_TRUE(GetFFTWindowText(static_cast<TQXFFTLeakType>(4)).isEmpty());
-}
