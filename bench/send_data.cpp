@@ -111,7 +111,7 @@ static void BM_SimulatedStep(benchmark::State& state)
     TKSSimulatedSource source;
     source.SetNrOfCGLChannels(Channels);
     source.SetBlockSize(64 * 1024);
-    source.SetClockFrequencyReal(1e6);
+    source.SetSampleRate(1e6);
     if (state.range(0) == 1) {
         source.SetWaveformLines({"sine 1 50 0 0", "square 1 50 0 0", "triangle 1 50 0 0", "sawtooth 1 50 0 0",
                                  "noise 1 0 0 0", "counter 1 1000 0 0", "sine 2 3 1 45", "noise 0.1 0 5 0"});

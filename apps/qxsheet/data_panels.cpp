@@ -9,6 +9,7 @@
 
 #include "qxbase/framework/exception.h"
 #include "qxbase/panels/panel_registry.h"
+#include "qxbase/sources/math_channel_processor.h"
 #include "qxbase/sources/simulated_source.h"
 
 namespace qxsheet {
@@ -351,6 +352,7 @@ void RegisterDataPanels()
 {
     static const bool registered = [] {
         qx::RegisterSimulatedSource();
+        qx::RegisterMathChannelProcessor();
         qx::RegisterKSPanels<TDemoMeterPanel, TDemoCurvePanel, TDemoCapturePanel>();
         qx::RegisterKSSources<TDemoTriggerProcessor>();
         return true;

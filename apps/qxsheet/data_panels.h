@@ -112,8 +112,9 @@ public:
     // selects nothing.
     const QString& GetChannels() const { return FChannels; }
     void SetChannels(const QString& Value);
-    // Blocks of this many samples at most are kept per channel.
-    static constexpr std::size_t KeptSamples = 500;
+    // This many samples at most are kept per channel, the latest ones: a whole block of the
+    // bundled worksheet, so that a spectrum keeps its low bins.
+    static constexpr std::size_t KeptSamples = 1024;
 
     const std::vector<TKeptCurve>& GetCurves() const { return FCurves; }
     // The sample count of each channel in the last delivery.
@@ -182,8 +183,8 @@ private:
     QString FInputSource;
 };
 
-// Registers the data panels, the simulated source and the trigger processor; later calls do
-// nothing.
+// Registers the data panels, the simulated source, the math channel processor and the trigger
+// processor; later calls do nothing.
 void RegisterDataPanels();
 
 }  // namespace qxsheet

@@ -1,6 +1,8 @@
 #include "apps/qxsheet/datapath_demo.h"
 
+#include <algorithm>
 #include <cmath>
+#include <memory>
 #include <vector>
 
 #include "apps/qxsheet/data_panels.h"
@@ -8,7 +10,9 @@
 #include "qxbase/framework/stream_registry.h"
 #include "qxbase/panels/panel_tab_page.h"
 #include "qxbase/panels/worksheet_file.h"
+#include "qxbase/measure/block_buffer.h"
 #include "qxbase/sources/connection_collector.h"
+#include "qxbase/sources/math_channel_processor.h"
 #include "qxbase/sources/simulated_source.h"
 
 namespace qxsheet {
@@ -58,6 +62,75 @@ QString DeliveryLine(const TDataPanel& Panel)
     return QStringLiteral("data");
 }
 
+// Keeps a copy of the last block set a processor sent.
+struct TProbe {
+    explicit TProbe(qx::TQXMeasureSourceEx& Source)
+    {
+        Link.OnNewData = [this](qx::TQXMeasureLinkEx*, const qx::TRVShortdefs&, const qx::TRVDataDoubleArray& Data,
+                                const qx::TRVDataDoubleArray&, double) {
+            Blocks.clear();
+            for (const qx::TRVDataDouble& block : Data) Blocks.emplace_back(block.data, block.data + block.count);
+        };
+        Link.SetQXMeasureSourceEx(&Source);
+    }
+    ~TProbe() { Link.SetQXMeasureSourceEx(nullptr); }
+    TProbe(const TProbe&) = delete;
+    TProbe& operator=(const TProbe&) = delete;
+
+    qx::TQXMeasureLinkEx Link;
+    std::vector<std::vector<double>> Blocks;
+};
+
+QString WaveText(const qx::TKSSimulatedSource& Source, int Channel)
+{
+    if (Channel < 0 || Channel >= Source.GetNrOfCGLChannels())
+        return QStringLiteral("no waveform");
+    const qx::TKSWaveform wave = Source.GetWaveform(Channel);
+    if (wave.Kind != qx::kswSine)
+        return QStringLiteral("not a sine");
+    return QStringLiteral("sine of %1 Hz, amplitude %2").arg(Number(wave.Frequency), Number(std::fabs(wave.Amplitude)));
+}
+
+// The strongest bin of a spectrum block; result[k] is bin k + 2 of the FFT processor, whose bins
+// are frequency / points / 2 apart.
+QString SpectrumLine(const std::vector<double>& Spectrum, const qx::TKSZLFFT& FFT)
+{
+    if (Spectrum.empty() || FFT.GetSize() <= 0)
+        return QStringLiteral("no spectrum");
+    const auto peak = std::max_element(Spectrum.begin(), Spectrum.end());
+    const double binWidth = FFT.GetFrequency() / FFT.GetSize() / 2;
+    const auto bin = static_cast<double>(peak - Spectrum.begin()) + 2;
+    return QStringLiteral("peak at %1 Hz, amplitude %2").arg(Number(bin * binWidth), Number(*peak));
+}
+
+void PrintMathChannels(QTextStream& out, qx::TKSMathChannelProcessor& Math, const TProbe& Probe,
+                       const qx::TKSSimulatedSource& Source)
+{
+    qx::TQXVirtualChannelTable& table = Math.GetTable();
+    const int inputs = Math.GetChannelListCount() - table.GetChannelListCount();
+    const bool fedBySource = Math.GetQXMeasureSource() == &Source;
+    out << Qt::endl << "math channels of " << Name(Math) << " in the last cycle" << Qt::endl;
+    for (int i = 0; i < table.GetChannelListCount(); ++i) {
+        const qx::TQXMSExChannelInformation& info = *table.GetChannelList(i);
+        const std::size_t position = static_cast<std::size_t>(inputs + i);
+        const std::vector<double> none;
+        const std::vector<double>& block = position < Probe.Blocks.size() ? Probe.Blocks[position] : none;
+        out << "  " << info.Name << " (" << qx::GetOperationText(info.Operation).trimmed() << "): ";
+        if (info.Operation == qx::qxvtFFT) {
+            out << SpectrumLine(block, table.GetFFT()) << "; the input is a "
+                << (fedBySource ? WaveText(Source, info.FirstOperandIndex) : QStringLiteral("no waveform"));
+        } else if (block.size() == 1) {
+            out << "= " << Number(block[0]) << ' ' << info.SecondText;
+        } else if (block.empty()) {
+            out << "nothing";
+        } else {
+            out << block.size() << " samples, first " << Number(block[0]) << ", second " << Number(block[1]) << ' '
+                << info.SecondText;
+        }
+        out << Qt::endl;
+    }
+}
+
 void PrintRoots(QTextStream& out, const QString& Title, int Count,
                 const std::function<qx::TQXConnectionRoot*(int)>& Root)
 {
@@ -85,9 +158,11 @@ int RunDatapathDemo(const QString& Path, int Cycles, QTextStream& out, QTextStre
         return 1;
     qx::TKSSimulatedSource* source = nullptr;
     std::vector<TDataPanel*> panels;
+    std::vector<qx::TKSMathChannelProcessor*> maths;
     for (qx::TKSPanelTabPage* page : window->GetPages())
         for (qx::TKSMSSink* panel : qx::GetAllPagePanels(*page)) {
             if (auto* data = qobject_cast<TDataPanel*>(panel)) panels.push_back(data);
+            if (auto* math = qobject_cast<qx::TKSMathChannelProcessor*>(panel)) maths.push_back(math);
             if (auto* simulated = qobject_cast<qx::TKSSimulatedSource*>(panel); simulated && !source)
                 source = simulated;
         }
@@ -98,12 +173,15 @@ int RunDatapathDemo(const QString& Path, int Cycles, QTextStream& out, QTextStre
 
     out << "qxsheet - data path: the simulated source stepped by hand and what each consumer took" << Qt::endl
         << Qt::endl << "source " << Name(*source) << ": " << source->GetNrOfCGLChannels() << " channels, "
-        << source->GetBlockSize() << " samples per block at " << Number(source->GetClockFrequencyReal()) << " Hz"
-        << Qt::endl;
+        << source->GetBlockSize() << " samples per block at " << Number(source->GetSampleRate())
+        << " Hz per channel (converter clock " << Number(source->GetClockFrequencyReal()) << " Hz)" << Qt::endl;
     for (const TDataPanel* panel : panels)
         out << "  " << Name(*panel) << " reads " << (panel->GetLink().GetSource() ? panel->GetSourceName()
                                                                                   : QStringLiteral("nothing"))
             << Qt::endl;
+
+    std::vector<std::unique_ptr<TProbe>> probes;
+    for (qx::TKSMathChannelProcessor* math : maths) probes.push_back(std::make_unique<TProbe>(*math));
 
     for (int cycle = 1; cycle <= Cycles; ++cycle) {
         const std::uint64_t first = source->GetStreamPosition();
@@ -117,6 +195,9 @@ int RunDatapathDemo(const QString& Path, int Cycles, QTextStream& out, QTextStre
                 << (panels[i]->GetReceived() != before[i] ? DeliveryLine(*panels[i]) : QStringLiteral("nothing"))
                 << Qt::endl;
     }
+
+    for (std::size_t i = 0; i < maths.size(); ++i) PrintMathChannels(out, *maths[i], *probes[i], *source);
+    probes.clear();  // the collector below lists the links that stay
 
     out << Qt::endl << "connections" << Qt::endl;
     qx::TQXConnectionCollector collector;

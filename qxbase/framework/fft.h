@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "qxbase/framework/exception.h"
@@ -115,7 +116,16 @@ public:
     void AutoCorrelation(TQXComplexVector& Complex);
 
 private:
+    struct TWindow {
+        std::vector<float> Values;
+        double Sum = 0;  // the coherent gain that the amplitudes are divided by
+    };
+
     TQXRealFFTPlan& PlanFor(std::int32_t Size);
+    const TWindow& WindowFor(std::int32_t Size);
+    // Input itself for the rectangle, else the windowed copy in FRealScratch; Gain gets the
+    // window's sum.
+    const float* ApplyWindow(const float* Input, std::int32_t Size, double& Gain);
 
     TQXRealFFTPlanFactory FFactory;
     std::map<std::int32_t, std::unique_ptr<TQXRealFFTPlan>> FPlans;
@@ -123,6 +133,7 @@ private:
     TQXFFTLeakType FLeakType = qxltRectangle;
     std::vector<float> FRealScratch;
     std::vector<std::complex<float>> FBinScratch;
+    std::map<std::pair<std::int32_t, TQXFFTLeakType>, TWindow> FWindows;
 };
 
 }  // namespace qx

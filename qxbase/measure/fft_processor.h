@@ -46,8 +46,9 @@ public:
     const TRVShortdefs& GetShortdefs() const { return FShortdefs; }
 
     // Keeps the vectors when a block of Count samples fits them, else pads Count to a power of
-    // two 2^b and sets the FFT to b - 1 bits, the real vector to 2^b and the complex vector to
-    // 2^(b-1) elements. 0 and unknown spec types do nothing.
+    // two 2^b (b at least 2) and sets the FFT to b - 1 bits, the real vector to 2^b and the
+    // complex vector to 2^(b-1) elements. Counts <= 0 and unknown spec types do nothing; a
+    // count above MaxBlockSamples raises ERangeError.
     void ResizeFFTVector(std::int32_t Count);
     // The result of one block into a new block (Out is overwritten, not freed; the caller owns
     // the new buffer). An empty input or an unknown spec type gives the empty block.
@@ -55,7 +56,8 @@ public:
     // Replaces the block by its result and frees the old buffer.
     void DoFFTOnChannel(TRVDataDouble& Block);
     // Transforms every block in place and keeps the input definitions with their axes rewritten
-    // (see GetShortdefs).
+    // (see GetShortdefs). Without a finite positive frequency every axis is 0 .. 0. Errors of
+    // the transform propagate; blocks already done stay transformed.
     void ProcessData(const TRVShortdefs& Shortdefs, TRVDataDoubleArray& Data);
     // Block's samples narrowed to floats into Buffer, which holds at least Block.count floats.
     static void ConvertToSingle(const TRVDataDouble& Block, float* Buffer);
@@ -67,7 +69,6 @@ private:
     TQXComplexVector FComplex{8};
     double FFrequency = 1.0;
     TRVShortdefs FShortdefs;
-    std::vector<float> FSingles;  // reused input buffer
 };
 
 }  // namespace qx

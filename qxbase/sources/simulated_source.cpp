@@ -14,7 +14,11 @@ namespace qx {
 
 namespace {
 
-enum : std::uint32_t { PropClockFrequency = 101, PropChannelCount, PropBlockSize, PropAcquisition };
+enum : std::uint32_t { PropClockFrequency = 101, PropChannelCount, PropBlockSize, PropAcquisition, PropSampleRate };
+
+const QString NameSampleRate = QStringLiteral("SampleRate");
+const QString NameClock = QStringLiteral("ClockFrequencyReal");
+const QString NameChannelCount = QStringLiteral("NrOfCGLChannels");
 
 constexpr int DefaultChannelCount = 4;
 constexpr TColor ChannelColors[] = {clRed, clLime, clBlue, clYellow, clFuchsia, clAqua, clMaroon, clGreen};
@@ -106,9 +110,11 @@ void TKSSimulatedSource::ClearProperties()
 {
     TQXMeasureSourceEx::ClearProperties();
     auto getSet = [this](TQXPropertyItem* Item, bool Get, bool, Variant& Value) { return OnProperty(Item, Get, Value); };
-    RegisterProperty(QStringLiteral("Sample rate"), QStringLiteral("ClockFrequencyReal"), getSet, varDouble,
-                     QStringLiteral("Hz"), true, MinSampleRate, MaxSampleRate, PropClockFrequency);
-    RegisterProperty(QStringLiteral("Number of channels"), QStringLiteral("NrOfCGLChannels"), getSet, varInteger,
+    RegisterProperty(QStringLiteral("Sample rate per channel"), NameSampleRate, getSet, varDouble,
+                     QStringLiteral("Hz"), true, MinSampleRate, MaxSampleRate, PropSampleRate);
+    RegisterProperty(QStringLiteral("Converter clock"), NameClock, getSet, varDouble, QStringLiteral("Hz"), true,
+                     MinSampleRate, MaxSampleRate * MaxChannels, PropClockFrequency);
+    RegisterProperty(QStringLiteral("Number of channels"), NameChannelCount, getSet, varInteger,
                      QString(), true, 1, MaxChannels, PropChannelCount);
     RegisterProperty(QStringLiteral("Samples per block"), QStringLiteral("BlockSize"), getSet, varInteger,
                      QString(), true, 1, MaxBlockSize, PropBlockSize);
@@ -119,13 +125,26 @@ void TKSSimulatedSource::ClearProperties()
 HRESULT TKSSimulatedSource::OnProperty(TQXPropertyItem* Item, bool Get, Variant& Value)
 {
     switch (Item->FIdentifier) {
-    case PropClockFrequency:
+    case PropSampleRate:
         if (Get) Value = FSampleRate;
-        else if (ApplySampleRate(Value.ToDouble())) SettingsChanged();
+        else if (ApplySampleRate(Value.ToDouble())) {
+            SettingsChanged();
+            EventFirePropertyUpdated(NameClock);
+        }
+        return S_OK;
+    case PropClockFrequency:
+        if (Get) Value = GetClockFrequencyReal();
+        else if (ApplySampleRate(Value.ToDouble() / GetNrOfCGLChannels())) {
+            SettingsChanged();
+            EventFirePropertyUpdated(NameSampleRate);
+        }
         return S_OK;
     case PropChannelCount:
         if (Get) Value = Variant(GetNrOfCGLChannels());
-        else if (ApplyChannelCount(Value.ToInteger())) SettingsChanged();
+        else if (ApplyChannelCount(Value.ToInteger())) {
+            SettingsChanged();
+            EventFirePropertyUpdated(NameClock);
+        }
         return S_OK;
     case PropBlockSize:
         if (Get) Value = Variant(FBlockSize);
@@ -192,12 +211,23 @@ void TKSSimulatedSource::SettingsChanged()
     ChannelChangeUpdate();
 }
 
-void TKSSimulatedSource::SetClockFrequencyReal(double Value)
+void TKSSimulatedSource::SetSampleRate(double Value)
 {
     if (!ApplySampleRate(Value))
         return;
     SettingsChanged();
-    EventFirePropertyUpdated(QStringLiteral("ClockFrequencyReal"));
+    EventFirePropertyUpdated(NameSampleRate);
+    EventFirePropertyUpdated(NameClock);
+}
+
+double TKSSimulatedSource::GetClockFrequencyReal() const
+{
+    return FSampleRate * GetNrOfCGLChannels();
+}
+
+void TKSSimulatedSource::SetClockFrequencyReal(double Value)
+{
+    SetSampleRate(Value / GetNrOfCGLChannels());
 }
 
 void TKSSimulatedSource::SetNrOfCGLChannels(std::int32_t Value)
@@ -205,7 +235,8 @@ void TKSSimulatedSource::SetNrOfCGLChannels(std::int32_t Value)
     if (!ApplyChannelCount(Value))
         return;
     SettingsChanged();
-    EventFirePropertyUpdated(QStringLiteral("NrOfCGLChannels"));
+    EventFirePropertyUpdated(NameChannelCount);
+    EventFirePropertyUpdated(NameClock);
 }
 
 void TKSSimulatedSource::SetBlockSize(std::int32_t Value)
@@ -265,8 +296,10 @@ void TKSSimulatedSource::SetWaveformLines(const QStringList& Lines)
         }
     }
     SettingsChanged();
-    if (countChanged)
-        EventFirePropertyUpdated(QStringLiteral("NrOfCGLChannels"));
+    if (countChanged) {
+        EventFirePropertyUpdated(NameChannelCount);
+        EventFirePropertyUpdated(NameClock);
+    }
 }
 
 void TKSSimulatedSource::Start()

@@ -17,12 +17,16 @@ namespace qx {
 // channel, computed from the channel's waveform, with a time block per channel. A QTimer runs
 // the cycles while started (Start, Stop); Step runs one by hand.
 //
-// Settings are published on the bus ("ClockFrequencyReal", "NrOfCGLChannels", "BlockSize",
-// "Acquisition") and stored in the worksheet as Q_PROPERTYs of the same names plus
-// "Waveforms", one stored waveform line per channel. Values out of range are clamped.
+// The channels are sampled like a multiplexed converter: each at SampleRate, so the converter
+// clock "ClockFrequencyReal" is SampleRate x NrOfCGLChannels (what math channels divide back).
+//
+// Settings are published on the bus ("SampleRate", "ClockFrequencyReal", "NrOfCGLChannels",
+// "BlockSize", "Acquisition") and stored in the worksheet as Q_PROPERTYs "SampleRate",
+// "NrOfCGLChannels", "BlockSize" plus "Waveforms", one stored waveform line per channel; the
+// clock follows from the others and is not stored. Values out of range are clamped.
 class QXBASE_EXPORT TKSSimulatedSource : public TQXMeasureSourceEx {
     Q_OBJECT
-    Q_PROPERTY(double ClockFrequencyReal READ GetClockFrequencyReal WRITE SetClockFrequencyReal)
+    Q_PROPERTY(double SampleRate READ GetSampleRate WRITE SetSampleRate)
     Q_PROPERTY(qint32 NrOfCGLChannels READ GetNrOfCGLChannels WRITE SetNrOfCGLChannels)
     Q_PROPERTY(qint32 BlockSize READ GetBlockSize WRITE SetBlockSize)
     Q_PROPERTY(QStringList Waveforms READ GetWaveformLines WRITE SetWaveformLines)
@@ -41,16 +45,22 @@ public:
 
     static QString GetDescription(const QMetaObject& Class);
 
-    // The base properties, then "ClockFrequencyReal" (double, Hz), "NrOfCGLChannels" (integer),
-    // "BlockSize" (integer) and "Acquisition" (enumeration "Stopped", "Running").
+    // The base properties, then "SampleRate" (double, Hz per channel), "ClockFrequencyReal"
+    // (double, Hz), "NrOfCGLChannels" (integer), "BlockSize" (integer) and "Acquisition"
+    // (enumeration "Stopped", "Running").
     void ClearProperties() override;
 
-    double GetClockFrequencyReal() const { return FSampleRate; }
+    // Samples per second of each channel.
+    double GetSampleRate() const { return FSampleRate; }
     // Clamped to MinSampleRate..MaxSampleRate; a value that is not a number is ignored. A new
     // rate restarts the stream at sample 0, since earlier times would no longer fit.
+    void SetSampleRate(double Value);
+    // SampleRate x NrOfCGLChannels.
+    double GetClockFrequencyReal() const;
+    // Sets SampleRate to Value / NrOfCGLChannels (clamped as SetSampleRate clamps).
     void SetClockFrequencyReal(double Value);
     std::int32_t GetNrOfCGLChannels() const { return static_cast<std::int32_t>(FWaves.size()); }
-    // Clamped to 1..MaxChannels. New channels get the default waveform of their position;
+    // Clamped to 1..MaxChannels; the clock follows. New channels get the default waveform of their position;
     // channels that stay keep their waveform and channel handle.
     void SetNrOfCGLChannels(std::int32_t Value);
     std::int32_t GetBlockSize() const { return FBlockSize; }

@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "qxbase/control/destruction_watch.h"
 #include "qxbase/framework/export.h"
 #include "qxbase/measure/channel_information.h"
 #include "qxbase/measure/channel_types.h"
@@ -49,7 +50,7 @@ public:
                    double Y2, const TQXCoefficients& Coefficients, const QString& FirstOperandName,
                    const QString& SecondOperandName);
     // Removes the computed channel and rebuilds the output's list; an index outside the list is
-    // ignored.
+    // ignored. Operand indices of the others are not renumbered: operand names follow.
     void DeleteChannel(int Index);
     void ChannelListClear();
     // Null for an index outside the list.
@@ -69,22 +70,57 @@ public:
     // ones; then the output tells its links.
     void GetSourceSettings();
     // The block of computed channel `Index` from the set being built (inputs first, then the
-    // computed channels in list order). RefPos is the position whose definition the result takes
-    // for qxvtExtended, else -1.
+    // computed channels in list order); the empty block for an index outside the list. RefPos is
+    // the position whose definition the result takes for qxvtExtended, else -1. Raises what the
+    // FFT raises (EFFTError, ERangeError) and std::bad_alloc.
     TRVDataDouble GetVirtualData(const TRVShortdefs& Shortdefs, const TRVDataDoubleArray& Data, int Index,
                                  int& RefPos);
-    // The input link's data handler: builds and sends the extended set.
+    // The input link's data handler: builds and sends the extended set. Stale notices follow
+    // the send. When a computation raises, the blocks computed so far are freed, nothing is sent
+    // and the exception passes to the sending source.
     void SendData(TQXMeasureLinkEx* Link, const TRVShortdefs& Shortdefs, const TRVDataDoubleArray& Data,
                   const TRVDataDoubleArray& TimeChannel, double StartTime);
 
     TQXStaleValueEvent OnStaleValue;
 
 private:
+    // A computed channel with the held value and miss counter of qxvtExtended: one pair per
+    // channel, so two held-value channels never share a value.
+    struct TComputedChannel {
+        TQXMSExChannelInformation Info;
+        double Held = NoValueMarker;
+        int Misses = 0;
+    };
+    // The arrays of one SendData, kept between calls so that a cycle allocates only the
+    // computed blocks.
+    struct TWorkspace {
+        TRVShortdefs Defs;
+        TRVDataDoubleArray Blocks;
+        std::vector<int> Pending;
+        std::vector<char> Filled;
+        std::vector<int> Stale;
+    };
+
+    // GetVirtualData for a set whose first InputCount positions are the input's. Stale, when
+    // given, collects the channels whose notification is due instead of calling it.
+    TRVDataDouble ComputeBlock(const TRVDataDoubleArray& Data, std::size_t InputCount, int Index, int& RefPos,
+                               std::vector<int>* Stale);
+    TRVDataDouble ExtendHeldValue(const TRVDataDoubleArray& Data, std::size_t InputCount, int Index,
+                                  int& RefPos, std::vector<int>* Stale);
+    TRVDataDouble ComputeFFT(const TRVDataDouble& Operand);
+    // Computes every channel it can into W (steps 2 to 5 of a cycle).
+    void BuildExtendedSet(const TRVShortdefs& Shortdefs, const TRVDataDoubleArray& Data, TWorkspace& W);
+    double ReadSourceNumber(const QString& Name) const;
+    void FollowOperandNames();
+
     TQXMeasureSourceEx& FOutputSource;
     std::unique_ptr<TQXMeasureLinkEx> FOwnedLink;
     TQXMeasureLinkEx* FInputLink;
-    std::vector<TQXMSExChannelInformation> FChannels;
+    std::vector<TComputedChannel> FChannels;
     TKSZLFFT FFFT;
+    TWorkspace FWorkspace;
+    bool FWorkspaceBusy = false;  // a nested SendData works in arrays of its own
+    TQXDestructionWatch FWatch;
 };
 
 }  // namespace qx

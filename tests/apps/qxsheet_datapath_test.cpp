@@ -27,10 +27,11 @@ T& Get(const QObject& root, const char* name)
     return *found;
 }
 
-// The bundled sine: 2 V, 10 Hz, sampled at 1 kHz in blocks of 100.
-double Sine(int k)
+// The bundled sines: 2 V at 10 Hz and 1 V at 3 Hz, each channel sampled at 1024 Hz in blocks of
+// 1024.
+double Sine(int k, double Amplitude = 2.0, double Hz = 10.0)
 {
-    return 2.0 * std::sin(2.0 * std::numbers::pi * 10.0 * k / 1000.0);
+    return Amplitude * std::sin(2.0 * std::numbers::pi * Hz * k / 1024.0);
 }
 
 double Captured(const QString& text, const QString& pattern)
@@ -56,29 +57,62 @@ TEST_F(Datapath, PrintsWhatEachConsumerTookPerCycle)
     out.flush();
 
     double squares = 0.0;
-    for (int k = 200; k < 300; ++k) squares += Sine(k) * Sine(k);
+    for (int k = 2048; k < 3072; ++k) squares += Sine(k) * Sine(k);
     const QStringList cycles = text.split("\ncycle ");
     ASSERT_EQ(cycles.size(), 4) << text.toStdString();
-    const QString third = cycles[3];
-    EXPECT_NEAR(Captured(third, "RMS of AI 1 = (\\S+) V"), std::sqrt(squares / 100.0), 1e-5);
+    const QString third = cycles[3].left(cycles[3].indexOf("\nmath channels"));
+    EXPECT_NEAR(Captured(third, "RMS of AI 1 = (\\S+) V"), std::sqrt(squares / 1024.0), 1e-5);
     EXPECT_NEAR(Captured(third, "RMS of AI 1 = (\\S+) V"), 2.0 / std::numbers::sqrt2, 1e-5);
-    EXPECT_NEAR(Captured(third, "RMS .* at t = (\\S+) s"), 0.2, 1e-9);
-    EXPECT_TRUE(third.contains("Scope: 3 channels, samples 100 100 100")) << third.toStdString();
+    EXPECT_NEAR(Captured(third, "RMS of AI 1 .* at t = (\\S+) s"), 2.0, 1e-9);
+    EXPECT_TRUE(third.contains("Scope: 3 channels, samples 1024 1024 1024")) << third.toStdString();
 
-    // The first upward crossing of 1 V that has 50 samples before it, captured 200 long.
-    int trigger = 50;
-    while (!(Sine(trigger - 1) < 1.0 && Sine(trigger) >= 1.0)) ++trigger;
-    EXPECT_TRUE(cycles[1].contains("Capture: nothing") && cycles[2].contains("Capture: nothing"));
-    EXPECT_TRUE(third.contains("capture 1: 8 channels of 200 samples")) << third.toStdString();
-    EXPECT_NEAR(Captured(third, "from t = (\\S+) s"), (trigger - 50) / 1000.0, 1e-9);
-    EXPECT_TRUE(third.contains(QStringLiteral("trigger at sample 50 (t = %1 s)").arg(trigger / 1000.0)));
+    // Each capture is 200 long and starts 50 samples before an upward crossing of 1 V.
+    const double start = Captured(third, "from t = (\\S+) s");
+    const int trigger = static_cast<int>(std::lround(start * 1024.0)) + 50;
+    EXPECT_TRUE(Sine(trigger - 1) < 1.0 && Sine(trigger) >= 1.0) << third.toStdString();
+    EXPECT_TRUE(third.contains("8 channels of 200 samples")) << third.toStdString();
+    EXPECT_TRUE(third.contains(QStringLiteral("trigger at sample 50 (t = %1 s)").arg(trigger / 1024.0)));
 
     const QString overview = text.mid(text.indexOf("\nconnections"));
-    EXPECT_TRUE(overview.contains("data sources: 2\n  \"Simulated source\" (TKSSimulatedSource Simulator)\n"
+    EXPECT_TRUE(overview.contains("data sources: 3\n")) << overview.toStdString();
+    EXPECT_TRUE(overview.contains("  \"Math channels\" (TKSMathChannelProcessor Math)\n"
+                                  "    -> \"RMS math channel\" (TDemoMeterPanel MathRms)\n"));
+    EXPECT_TRUE(overview.contains("  \"Simulated source\" (TKSSimulatedSource Simulator)\n"
+                                  "    -> \"Math channels\" (TKSMathChannelProcessor Math)\n"
                                   "    -> \"RMS of the 2 V sine\" (TDemoMeterPanel SineRms)\n"
                                   "         V [sine];  {-2,2}\n"))
         << overview.toStdString();
     EXPECT_TRUE(overview.contains("-> \"Triggered capture of the sine\" (TDemoCapturePanel Capture)"));
+}
+
+// The true values come from the worksheet's waveform settings, not from what the library computed.
+TEST_F(Datapath, MathChannelsShowSpectralPeaksAtTheSinesFrequencyAndAmplitude)
+{
+    QString text;
+    QString complaint;
+    QTextStream out(&text);
+    QTextStream err(&complaint);
+    ASSERT_EQ(RunDatapathDemo({}, 2, out, err), 0) << complaint.toStdString();
+    out.flush();
+    const QString math = text.mid(text.indexOf("\nmath channels of TKSMathChannelProcessor Math"));
+    ASSERT_GT(math.size(), 1) << text.toStdString();
+
+    const std::unique_ptr<TWorksheetWindow> window = OpenWorksheetWindow({});
+    const auto& source = Get<qx::TKSSimulatedSource>(*window, "Simulator");
+    for (int channel = 0; channel < 3; ++channel) {
+        const qx::TKSWaveform wave = source.GetWaveform(channel);
+        ASSERT_EQ(wave.Kind, qx::kswSine);
+        const QString peak = QStringLiteral("Spectrum AI %1 \\(FFT\\): peak at ").arg(channel + 1);
+        EXPECT_NEAR(Captured(math, peak + "(\\S+) Hz"), wave.Frequency, 1e-9) << math.toStdString();
+        EXPECT_NEAR(Captured(math, peak + "\\S+ Hz, amplitude (\\S+);"), std::fabs(wave.Amplitude), 1e-4);
+    }
+
+    // Second cycle, samples 1024..2047: the sum's and the scaling's second samples.
+    EXPECT_NEAR(Captured(math, "Sum \\(.*second (\\S+) V"), Sine(1025) + Sine(1025, 1.0, 3.0), 1e-5);
+    EXPECT_NEAR(Captured(math, "Percent \\(.*second (\\S+) %"), (Sine(1025, 1.0, 3.0) + 1.0) * 50.0, 1e-4);
+    double squares = 0.0;
+    for (int k = 1024; k < 2048; ++k) squares += Sine(k) * Sine(k);
+    EXPECT_NEAR(Captured(math, "RMS \\(RMS of buffer\\): = (\\S+) V"), std::sqrt(squares / 1024.0), 1e-5);
 }
 
 TEST_F(Datapath, AWorksheetWithoutASimulatedSourceIsRefused)
@@ -113,7 +147,7 @@ TEST_F(Datapath, LinksAreAttachedAfterLoadAndLetGoWhenThePanelsGo)
     EXPECT_EQ(curve.GetSelectLink().GetMSChannelIndex(2), 4);
     EXPECT_EQ(trigger.GetQXMeasureSource(), &source);
     EXPECT_EQ(capture.GetLink().GetSource(), &trigger);
-    EXPECT_EQ(source.GetLinkCount(), 3);
+    EXPECT_EQ(source.GetLinkCount(), 4);
 
     // The meter follows its channel by name when the list is rebuilt shorter and longer.
     source.SetNrOfCGLChannels(1);
@@ -122,15 +156,15 @@ TEST_F(Datapath, LinksAreAttachedAfterLoadAndLetGoWhenThePanelsGo)
     source.Step();
     EXPECT_EQ(meter.GetReceived(), 1);
     EXPECT_NEAR(meter.GetValue(), 2.0 / std::numbers::sqrt2, 1e-9);
-    EXPECT_EQ(curve.GetLastCounts(), std::vector<int>({100, 100, 100}));
+    EXPECT_EQ(curve.GetLastCounts(), std::vector<int>({1024, 1024, 1024}));
     EXPECT_DOUBLE_EQ(curve.GetCurves()[0].Samples[25], Sine(25));
 
     // A source name that is nowhere leaves the panel detached.
     curve.SetSourceName("Nowhere");
     EXPECT_FALSE(curve.Attach());
-    EXPECT_EQ(source.GetLinkCount(), 2);
+    EXPECT_EQ(source.GetLinkCount(), 3);
     delete &meter;
-    EXPECT_EQ(source.GetLinkCount(), 1);
+    EXPECT_EQ(source.GetLinkCount(), 2);
 }
 
 TEST_F(Datapath, TheWindowRunsTheSourceOnlyWhenShownOutsideDesignMode)

@@ -24,7 +24,7 @@ std::vector<double> OneSecondOf(const QString& Line)
 {
     QStringList log;
     TKSSimulatedSource source;
-    source.SetClockFrequencyReal(100);
+    source.SetSampleRate(100);
     source.SetBlockSize(100);
     source.SetWaveformLines({Line});
     TConsumer consumer("c", log);
@@ -86,7 +86,7 @@ TEST(SimulatedSource, StepsContinueTimeAndPhase)
     TKSSimulatedSource split;
     TKSSimulatedSource whole;
     for (TKSSimulatedSource* s : {&split, &whole}) {
-        s->SetClockFrequencyReal(1234.5);
+        s->SetSampleRate(1234.5);
         s->SetWaveformLines({"sine 1 3.3 0 10", "noise 1 1 0 0", "triangle 2 7.7 1 0", "counter 1 50 0 0"});
     }
     split.SetBlockSize(256);
@@ -159,21 +159,28 @@ TEST(SimulatedSource, SettingsOnTheBusNotifyOnce)
     TQXEventLink listener;
     listener.OnValueUpdated = [&](TQXEventLink*, std::uint32_t h) { ++updates[h]; };
     listener.SetEventSource(&source);
-    TQXPropertyHandle rate = 0, channels = 0, block = 0, acquisition = 0;
-    ASSERT_TRUE(source.GetPropertyHandle("ClockFrequencyReal", rate));
+    TQXPropertyHandle rate = 0, clock = 0, channels = 0, block = 0, acquisition = 0;
+    ASSERT_TRUE(source.GetPropertyHandle("SampleRate", rate));
+    ASSERT_TRUE(source.GetPropertyHandle("ClockFrequencyReal", clock));
     ASSERT_TRUE(source.GetPropertyHandle("NrOfCGLChannels", channels));
     ASSERT_TRUE(source.GetPropertyHandle("BlockSize", block));
     ASSERT_TRUE(source.GetPropertyHandle("Acquisition", acquisition));
 
+    // The clock is the converter's: each of the 4 channels gets a quarter of it.
     source.Step();
-    EXPECT_TRUE(source.SetPropertyValue(nullptr, rate, 2000.0));
+    EXPECT_TRUE(source.SetPropertyValue(nullptr, clock, 8000.0));
+    EXPECT_EQ(source.GetSampleRate(), 2000.0);
     EXPECT_EQ(source.GetStreamPosition(), 0u);  // a new rate restarts the stream
     EXPECT_TRUE(source.SetPropertyValue(nullptr, channels, std::int32_t{6}));
     EXPECT_EQ(source.GetChannelListCount(), 6);
-    source.SetBlockSize(50);
-    source.SetBlockSize(50);
-    EXPECT_EQ(updates, (std::map<TQXPropertyHandle, int>{{rate, 1}, {channels, 1}, {block, 1}}));
     Variant value;
+    ASSERT_TRUE(source.GetPropertyValue(clock, value));
+    EXPECT_EQ(value.ToDouble(), 12000.0);
+    EXPECT_TRUE(source.SetPropertyValue(nullptr, rate, 500.0));
+    EXPECT_EQ(source.GetClockFrequencyReal(), 3000.0);
+    source.SetBlockSize(50);
+    source.SetBlockSize(50);
+    EXPECT_EQ(updates, (std::map<TQXPropertyHandle, int>{{rate, 2}, {clock, 3}, {channels, 1}, {block, 1}}));
     EXPECT_TRUE(source.SetPropertyValue(nullptr, acquisition, std::int32_t{1}));
     EXPECT_TRUE(source.IsRunning());
     source.Stop();
@@ -186,14 +193,14 @@ TEST(SimulatedSource, TimerRunsCyclesAtTheClampedInterval)
 {
     QStringList log;
     TKSSimulatedSource source;
-    source.SetClockFrequencyReal(1e6);
+    source.SetSampleRate(1e6);
     source.SetBlockSize(1);
     EXPECT_EQ(source.GetCycleInterval(), TKSSimulatedSource::MinCycleMs);
-    source.SetClockFrequencyReal(1);
+    source.SetSampleRate(1);
     source.SetBlockSize(TKSSimulatedSource::MaxBlockSize);
     EXPECT_EQ(source.GetCycleInterval(), TKSSimulatedSource::MaxCycleMs);
 
-    source.SetClockFrequencyReal(1000);
+    source.SetSampleRate(1000);
     source.SetBlockSize(20);
     TConsumer consumer("c", log);
     consumer.Link.SetQXMeasureSourceEx(&source);
@@ -213,13 +220,15 @@ TEST(SimulatedSource, StoredFormRoundTripAndDamagedLines)
     EXPECT_EQ(SourceClassNames().count("TKSSimulatedSource"), 1);
 
     TKSSimulatedSource original;
-    original.SetClockFrequencyReal(2500.5);
+    original.SetSampleRate(2500.5);
     original.SetBlockSize(333);
     original.SetWaveformLines({"sine 1 2 3 4", "noise 0.25 0 -1 0", "counter 1 1000 0 45.5"});
     std::unique_ptr<QObject> read = ReadComponent(WriteComponent(original), nullptr);
     auto* copy = qobject_cast<TKSSimulatedSource*>(read.get());
     ASSERT_NE(copy, nullptr);
-    EXPECT_EQ(copy->GetClockFrequencyReal(), 2500.5);
+    EXPECT_EQ(copy->GetSampleRate(), 2500.5);
+    EXPECT_EQ(copy->GetClockFrequencyReal(), 2500.5 * 3);
+    EXPECT_FALSE(WriteComponent(original)["properties"].toObject().contains("ClockFrequencyReal"));
     EXPECT_EQ(copy->GetBlockSize(), 333);
     EXPECT_EQ(copy->GetWaveform(2), (TKSWaveform{kswCounter, 1, 1000, 0, 45.5}));
     EXPECT_EQ(copy->GetWaveformLines(), original.GetWaveformLines());

@@ -1,0 +1,155 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <map>
+#include <numbers>
+#include <random>
+
+#include "qxbase/framework/fft.h"
+
+using namespace qx;
+
+namespace {
+
+constexpr double kTwoPi = 2 * std::numbers::pi;
+
+// A sine of Amplitude on bin Bin of N samples, plus a constant part.
+TQXVector Sine(std::int32_t N, int Bin, double Amplitude, double Dc = 0)
+{
+    TQXVector v(N);
+    for (int i = 0; i < N; ++i) v.Data()[i] = static_cast<float>(Dc + Amplitude * std::sin(kTwoPi * Bin * i / N + 0.3));
+    return v;
+}
+
+}  // namespace
+
+TEST(RealFFT, EveryWindowReadsTheAmplitudeAndConstantPart)
+{
+    for (TQXFFTLeakType window : {qxltRectangle, qxltHanning, qxltHamming, qxltBlackman}) {
+        SCOPED_TRACE(window);
+        TQXFFT fft;
+        fft.SetLeakType(window);
+        TQXComplexVector out(200);
+        TQXVector in = Sine(256, 20, 3.0, 1.5);
+        const TQXVector high = Sine(256, 125, 0.5);  // lands past the last group of four bins
+        for (int i = 0; i < 256; ++i) in.Data()[i] += high.Data()[i];
+        fft.RealFFT(in, out, false);
+        EXPECT_NEAR(out.FloatData()[20], 3.0, 1e-4);
+        EXPECT_NEAR(out.FloatData()[125], 0.5, 1e-4);
+        EXPECT_NEAR(out.FloatData()[0], 1.5, 1e-4);
+        EXPECT_NEAR(out.FloatData()[60], 0.0, 1e-4);
+        for (int k = 128; k < out.GetFloatCount(); ++k) ASSERT_EQ(out.FloatData()[k], 0.0f) << k;
+    }
+}
+
+TEST(RealFFT, KeepComplexPacksTheWindowedBinsOfANaiveDFT)
+{
+    constexpr int N = 16;
+    std::mt19937 rng(7);
+    std::uniform_real_distribution<float> dist(-1, 1);
+    TQXVector in(N);
+    for (int i = 0; i < N; ++i) in.Data()[i] = dist(rng);
+    // The periodic windows over N, written out here rather than taken from the code under test.
+    const auto window = [](TQXFFTLeakType type, int i) {
+        const double c = std::cos(kTwoPi * i / N);
+        switch (type) {
+        case qxltHanning: return 0.5 - 0.5 * c;
+        case qxltHamming: return 0.54 - 0.46 * c;
+        case qxltBlackman: return 0.42 - 0.5 * c + 0.08 * std::cos(2 * kTwoPi * i / N);
+        default: return 1.0;
+        }
+    };
+    for (TQXFFTLeakType type : {qxltRectangle, qxltHanning, qxltHamming, qxltBlackman}) {
+        SCOPED_TRACE(type);
+        TQXFFT fft;
+        fft.SetLeakType(type);
+        TQXComplexVector out(10);
+        fft.RealFFT(in, out, true);
+        for (int k = 0; k <= N / 2; ++k) {
+            std::complex<double> x;
+            for (int i = 0; i < N; ++i) x += in.Data()[i] * window(type, i) * std::polar(1.0, -kTwoPi * k * i / N);
+            if (k == N / 2) {
+                EXPECT_NEAR(out.Data()[0].imag(), x.real(), 1e-5);
+            } else {
+                EXPECT_NEAR(out.Data()[k].real(), x.real(), 1e-5) << k;
+                if (k > 0) {
+                    EXPECT_NEAR(out.Data()[k].imag(), x.imag(), 1e-5) << k;
+                }
+            }
+        }
+        EXPECT_EQ(out.Data()[8], std::complex<float>{});
+        EXPECT_EQ(out.Data()[9], std::complex<float>{});
+    }
+}
+
+TEST(PowerSpectrum, SineReadsHalfItsSquaredAmplitudeAndTheEdgesTheirSquares)
+{
+    for (TQXFFTLeakType window : {qxltRectangle, qxltHanning}) {
+        TQXFFT fft;
+        fft.SetLeakType(window);
+        TQXComplexVector v(128);
+        TQXVector sine = Sine(128, 10, 2.0, 0.5);
+        std::copy(sine.Data(), sine.Data() + 128, v.FloatData());
+        fft.PowerSpectrum(v);
+        EXPECT_NEAR(v.FloatData()[10], 2.0, 1e-4);
+        EXPECT_NEAR(v.FloatData()[0], 0.25, 1e-4);
+        EXPECT_EQ(v.FloatData()[65], 0.0f);
+    }
+    TQXFFT fft;
+    TQXComplexVector nyquist(8);
+    for (int i = 0; i < 8; ++i) nyquist.FloatData()[i] = i % 2 ? -0.5f : 0.5f;
+    fft.PowerSpectrum(nyquist);
+    EXPECT_NEAR(nyquist.FloatData()[4], 0.25, 1e-6);
+    EXPECT_NEAR(nyquist.FloatData()[3], 0.0, 1e-6);
+}
+
+TEST(AutoCorrelation, IsTheLinearMeanOfLaggedProductsWithoutWrapAround)
+{
+    constexpr int C = 37;
+    std::mt19937 rng(3);
+    std::uniform_real_distribution<float> dist(-1, 1);
+    TQXComplexVector v(C);
+    for (int i = 0; i < C; ++i) v.FloatData()[i] = dist(rng);
+    const std::vector<float> x(v.FloatData(), v.FloatData() + C);
+    TQXFFT fft;
+    fft.SetLeakType(qxltBlackman);  // no window on an autocorrelation
+    fft.AutoCorrelation(v);
+    for (int k = 0; k < C; ++k) {
+        double sum = 0;
+        for (int i = 0; i + k < C; ++i) sum += double(x[i]) * x[i + k];
+        EXPECT_NEAR(v.FloatData()[k], sum / C, 1e-5) << k;
+    }
+    for (int k = C; k < 2 * C; ++k) ASSERT_EQ(v.FloatData()[k], 0.0f);
+}
+
+TEST(TQXFFT, SizesTheTransformCannotTakeRaise)
+{
+    TQXFFT fft;
+    TQXComplexVector big(64), odd(5), none(0);
+    EXPECT_THROW(fft.RealFFT(TQXVector(7), big, false), EFFTError);
+    EXPECT_THROW(fft.RealFFT(TQXVector(0), big, false), EFFTError);
+    EXPECT_THROW(fft.RealFFT(TQXVector(130), big, false), EFFTError);  // needs 65 elements
+    EXPECT_THROW(fft.PowerSpectrum(odd), EFFTError);
+    EXPECT_THROW(fft.PowerSpectrum(none), EFFTError);
+    EXPECT_THROW(fft.AutoCorrelation(none), EFFTError);
+    EXPECT_THROW(CreateKissRealFFTPlan(9), EFFTError);
+    EXPECT_THROW(fft.SetBits(28), ERangeError);
+    EXPECT_THROW(TQXVector(-1), ERangeError);
+}
+
+TEST(TQXFFT, MakesOnePlanPerSize)
+{
+    std::map<std::int32_t, int> made;
+    TQXFFT fft([&made](std::int32_t size) {
+        ++made[size];
+        return CreateKissRealFFTPlan(size);
+    });
+    TQXComplexVector v(32);
+    fft.RealFFT(TQXVector(64), v, false);
+    fft.RealFFT(TQXVector(64), v, true);
+    fft.AutoCorrelation(v);  // pads 32 to 64
+    TQXComplexVector w(64);
+    fft.PowerSpectrum(w);
+    fft.RealFFT(TQXVector(16), v, false);
+    EXPECT_EQ(made, (std::map<std::int32_t, int>{{16, 1}, {64, 1}}));
+}

@@ -1,0 +1,121 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+
+#include "qxbase/measure/block_buffer.h"
+#include "qxbase/measure/fft_processor.h"
+
+using namespace qx;
+
+namespace {
+
+// Count samples at Rate of a sine of Frequency and Amplitude, in a fresh buffer.
+TRVDataDouble Sine(std::int32_t Count, double Rate = 1024, double Frequency = 64, double Amplitude = 2)
+{
+    TRVDataDouble block = NewDataDouble(Count);
+    for (int i = 0; i < Count; ++i) block.data[i] = Amplitude * std::sin(2 * std::numbers::pi * Frequency * i / Rate);
+    return block;
+}
+
+TRVDataDouble Transform(TKSZLFFT& fft, TRVDataDouble In)
+{
+    fft.DoFFTOnChannel(In);
+    return In;
+}
+
+}  // namespace
+
+TEST(FFTProcessorSize, PadsTheCountToAPowerOfTwoAndSetSizeIsIgnored)
+{
+    struct Row { std::int32_t Count, Length; };
+    for (Row row : {Row{1000, 1024}, Row{1100, 2048}, Row{1024, 1024}, Row{1, 4}, Row{5, 8}}) {
+        TKSZLFFT fft;
+        fft.ResizeFFTVector(row.Count);
+        EXPECT_EQ(fft.GetRealVector().GetLength(), row.Length) << row.Count;
+        EXPECT_EQ(fft.GetComplexVector().GetCount(), row.Length / 2) << row.Count;
+        EXPECT_EQ(fft.GetSize(), row.Length / 2) << row.Count;
+        fft.SetSize(64);
+        EXPECT_EQ(fft.GetSize(), row.Length / 2);
+    }
+    TKSZLFFT fft;
+    EXPECT_THROW(fft.ResizeFFTVector(MaxBlockSamples + 1), ERangeError);
+    EXPECT_EQ(fft.GetRealVector().GetLength(), 16);
+}
+
+TEST(FFTProcessorSize, KeepsTheVectorsWhileBlocksFitAndFollowsShorterOnes)
+{
+    for (TKSFFTSpecType type : {ksfftSpec, ksfftAutocorr, ksfftPowerSpec}) {
+        TKSZLFFT fft;
+        fft.SetSpecType(type);
+        fft.ResizeFFTVector(700);
+        const float* real = fft.GetRealVector().Data();
+        const auto* complex = fft.GetComplexVector().Data();
+        fft.ResizeFFTVector(600);
+        EXPECT_EQ(fft.GetRealVector().Data(), real) << type;
+        EXPECT_EQ(fft.GetComplexVector().Data(), complex) << type;
+        fft.ResizeFFTVector(300);
+        EXPECT_EQ(fft.GetRealVector().GetLength(), 512) << type;
+    }
+}
+
+TEST(FFTProcessor, ASineLandsOnItsBinInEveryResult)
+{
+    TKSZLFFT fft;
+    TRVDataDouble spec = Transform(fft, Sine(1024));
+    ASSERT_EQ(spec.count, 510);  // bins are fs / 1024 = 1 Hz apart, the first two dropped
+    EXPECT_NEAR(spec.data[64 - 2], 2.0, 1e-3);
+    EXPECT_NEAR(spec.data[100], 0.0, 1e-3);
+
+    fft.SetSpecType(ksfftPowerSpec);  // over the first 512 samples: bins 2 Hz apart
+    TRVDataDouble power = Transform(fft, Sine(1024));
+    ASSERT_EQ(power.count, 255);
+    EXPECT_NEAR(power.data[32 - 1], 2.0, 1e-3);
+
+    fft.SetSpecType(ksfftAutocorr);
+    TRVDataDouble autocorr = Transform(fft, Sine(1024));
+    ASSERT_EQ(autocorr.count, 512);
+    for (int k : {0, 3, 100, 301}) {
+        const double expected = 2.0 * (512 - k) / 512 * std::cos(2 * std::numbers::pi * 64 * k / 1024);
+        EXPECT_NEAR(autocorr.data[k], expected, 0.02) << k;
+    }
+    for (TRVDataDouble* block : {&spec, &power, &autocorr}) FreeDataDouble(*block);
+
+    fft.SetSpecType(static_cast<TKSFFTSpecType>(7));
+    TRVDataDouble unknown = Transform(fft, Sine(64));
+    EXPECT_EQ(unknown.data, nullptr);
+}
+
+TEST(FFTProcessor, ProcessDataRewritesTheAxesAndTransformsEveryBlock)
+{
+    TRVShortdefs defs(3);
+    for (int i = 0; i < 3; ++i) defs[i] = {.ChannelNo = i, .XStart = -1, .XEnd = 5, .Color = 0x123456u};
+    for (TKSFFTSpecType type : {ksfftSpec, ksfftPowerSpec, ksfftAutocorr}) {
+        SCOPED_TRACE(type);
+        TKSZLFFT fft;
+        fft.SetSpecType(type);
+        fft.SetFrequency(2000);
+        TRVDataDoubleArray data{Sine(1000), TRVDataDouble{}, Sine(1000)};
+        fft.ProcessData(defs, data);
+
+        const double n = 512, df = 2000 / n / 2;
+        const TRVShortdefs& out = fft.GetShortdefs();
+        ASSERT_EQ(out.size(), 3u);
+        EXPECT_EQ(out[2].ChannelNo, 2);
+        EXPECT_EQ(out[2].Color, 0x123456u);
+        EXPECT_EQ(out[1].XStart, 0.0);
+        EXPECT_EQ(out[1].XEnd, 0.0);
+        EXPECT_EQ(data[1].data, nullptr);
+        if (type == ksfftAutocorr) {
+            EXPECT_GT(out[0].XStart, 0.0);
+            EXPECT_DOUBLE_EQ(out[0].XStart, n / 2000 * 1e-11);
+            EXPECT_DOUBLE_EQ(out[0].XEnd, n / 2000);
+        } else {
+            EXPECT_DOUBLE_EQ(out[0].XStart, 2 * df);
+            EXPECT_DOUBLE_EQ(out[0].XEnd, (n - 1) * df);
+        }
+        EXPECT_EQ(data[0].count, type == ksfftSpec ? 510 : type == ksfftAutocorr ? 512 : 255);
+        EXPECT_EQ(data[2].count, data[0].count);
+        FreeDataDoubleArray(data);
+    }
+}

@@ -1,0 +1,88 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <type_traits>
+#include <vector>
+
+#include "qxbase/measure/block_buffer.h"
+#include "qxbase/measure/vt_element_ops.h"
+
+using namespace qx;
+
+namespace {
+
+using V = std::vector<double>;
+constexpr double kNone = NoValueMarker;
+
+// Op (of one block, or of two) on fresh blocks holding A and B; the result's samples, none for
+// the empty block.
+template <class F>
+V Apply(F Op, const V& A, const V& B = {})
+{
+    TRVDataDouble a = NewDataDouble(static_cast<int>(A.size())), b = NewDataDouble(static_cast<int>(B.size()));
+    std::copy(A.begin(), A.end(), a.data);
+    std::copy(B.begin(), B.end(), b.data);
+    TRVDataDouble r;
+    if constexpr (std::is_invocable_v<F, const TRVDataDouble&>) r = Op(a);
+    else r = Op(a, b);
+    V out(r.data, r.data + r.count);
+    EXPECT_EQ(r.data == nullptr, r.count == 0);
+    for (TRVDataDouble* block : {&a, &b, &r}) FreeDataDouble(*block);
+    return out;
+}
+
+}  // namespace
+
+TEST(VTElementOps, TwoOperandsNeedTheSameNonZeroCount)
+{
+    EXPECT_EQ(Apply(DoSum, {6, -3, 1.5}, {2, 0, -0.5}), (V{8, -3, 1}));
+    EXPECT_EQ(Apply(DoSubtract, {6, -3, 1.5}, {2, 0, -0.5}), (V{4, -3, 2}));
+    EXPECT_EQ(Apply(DoProduct, {6, -3, 1.5}, {2, 0, -0.5}), (V{12, 0, -0.75}));
+    EXPECT_EQ(Apply(DoDivision, {6, -3, 1.5}, {2, 0, -0.5}), (V{3, kNone, -3}));
+    for (auto* op : {&DoSum, &DoSubtract, &DoProduct, &DoDivision})
+        for (const auto& [a, b] : {std::pair{V(100, 1), V(50, 1)}, std::pair{V{}, V{}}, std::pair{V{1}, V{}}})
+            EXPECT_TRUE(Apply(op, a, b).empty()) << a.size() << " " << b.size();
+    // Zero divisors in every lane of the vector loop and in its tail.
+    V x(37), y(37), q(37);
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        x[i] = static_cast<double>(i) + 1;
+        y[i] = i % 5 == 0 ? 0.0 : 2.0;
+        q[i] = i % 5 == 0 ? kNone : x[i] / 2;
+    }
+    EXPECT_EQ(Apply(DoDivision, x, y), q);
+}
+
+TEST(VTElementOps, OneOperandScalings)
+{
+    EXPECT_EQ(Apply(DoDuplicate, {2, -4}), (V{2, -4}));
+    EXPECT_EQ(Apply(DoInverse, {2, -4}), (V{-2, 4}));
+    EXPECT_TRUE(Apply(DoInverse, {}).empty());
+    const auto twoPoint = [](TQXScalingValues s) { return [s](const TRVDataDouble& a) { return DoTwoPoint(a, s); }; };
+    EXPECT_EQ(Apply(twoPoint({1, 3, 10, 20, 0, 0}), {2, -4, 0}), (V{15, -15, 5}));  // factor 5, offset 5
+    EXPECT_EQ(Apply(twoPoint({4, 4, 1, 99, 0, 0}), {2, -4, 0}), (V{-1, -7, -3}));   // x1 = x2: offset y1 - x1
+    // 1 + 2x + 3x^2 + 4x^6, and x^5 alone: the coefficients multiply ascending powers.
+    const auto poly = [](TQXCoefficients c) { return [c](const TRVDataDouble& a) { return DoPolyLin(a, c); }; };
+    EXPECT_EQ(Apply(poly({1, 2, 3, 0, 0, 0, 4}), {0, 1, 2, -1}), (V{1, 10, 273, 6}));
+    EXPECT_EQ(Apply(poly({0, 0, 0, 0, 0, 1, 0}), {2, -1}), (V{32, -1}));
+}
+
+TEST(VTElementOps, SplitTakesABitOfTheRoundedTwosComplementWord)
+{
+    const double nan = std::numeric_limits<double>::quiet_NaN(), inf = std::numeric_limits<double>::infinity();
+    // 5 = 101; 4.5 -> 5 and -4.5 -> -5 = ...1011 (ties away from zero); 2.4999 -> 10; -1: all ones;
+    // then NaN, infinity and two samples beyond int64; -2^63; 2^63 - 1024 = 0x7FFF...FC00.
+    const V x = {5, 4.5, -4.5, 2.4999, -1, nan, inf, 9.3e18, -9.3e18, -9223372036854775808.0, 9223372036854774784.0};
+    const V off(4, kNone);
+    const std::pair<int, V> rows[] = {
+        {0, {1, 1, 1, 0, 1}}, {1, {0, 0, 1, 1, 1}}, {2, {1, 1, 0, 0, 1}}, {10, {0, 0, 1, 0, 1}}, {63, {0, 0, 1, 0, 1}},
+    };
+    for (const auto& [bit, head] : rows) {
+        V expected = head;
+        expected.insert(expected.end(), off.begin(), off.end());
+        expected.push_back(bit == 63 ? 1 : 0);
+        expected.push_back(bit == 10 ? 1 : 0);
+        EXPECT_EQ(Apply([bit](const TRVDataDouble& a) { return DoSplitChannels(a, bit); }, x), expected) << bit;
+    }
+    for (int bit : {-1, 64})
+        EXPECT_TRUE(Apply([bit](const TRVDataDouble& a) { return DoSplitChannels(a, bit); }, x).empty()) << bit;
+}
