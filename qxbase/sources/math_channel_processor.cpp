@@ -227,11 +227,14 @@ void TKSMathChannelProcessor::ReadMathChannels(TReader& Reader)
     Reader.ReadListEnd();
 
     FTable.ChannelListClear();
-    for (const TQXMSExChannelInformation& c : channels)
-        FTable.AddChannel(c.Name, c.SecondText, c.ThirdText, c.RangeLow, c.RangeHigh, c.Color, c.Operation,
-                          c.OperationParameter, c.FirstOperandIndex, c.SecondOperandIndex, c.ScalingValues[0],
-                          c.ScalingValues[1], c.ScalingValues[2], c.ScalingValues[3], c.Coefficients,
-                          c.FirstOperandName, c.SecondOperandName);
+    for (const TQXMSExChannelInformation& c : channels) {
+        const int index = FTable.AddChannel(c.Name, c.SecondText, c.ThirdText, c.RangeLow, c.RangeHigh, c.Color,
+                                            c.Operation, c.OperationParameter, c.FirstOperandIndex,
+                                            c.SecondOperandIndex, c.ScalingValues[0], c.ScalingValues[1],
+                                            c.ScalingValues[2], c.ScalingValues[3], c.Coefficients,
+                                            c.FirstOperandName, c.SecondOperandName);
+        FTable.UpdateChannelInformation(index, c);  // the fields AddChannel does not take
+    }
 }
 
 void TKSMathChannelProcessor::DefineProperties(TFiler& Filer)

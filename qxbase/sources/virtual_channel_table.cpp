@@ -138,6 +138,17 @@ void TQXVirtualChannelTable::DeleteChannel(int Index)
     GetSourceSettings();
 }
 
+void TQXVirtualChannelTable::UpdateChannelInformation(int Index, const TQXMSExChannelInformation& Info)
+{
+    if (Index < 0 || static_cast<std::size_t>(Index) >= FChannels.size()) return;
+    TQXMSExChannelInformation& info = FChannels[static_cast<std::size_t>(Index)].Info;
+    const std::uint32_t handle = info.Handle;
+    info = Info;
+    info.Handle = handle;
+    info.Flags = FlagsFor(Info.Operation);
+    GetSourceSettings();
+}
+
 void TQXVirtualChannelTable::ChannelListClear()
 {
     FChannels.clear();

@@ -52,6 +52,10 @@ public:
     // Removes the computed channel and rebuilds the output's list; an index outside the list is
     // ignored. Operand indices of the others are not renumbered: operand names follow.
     void DeleteChannel(int Index);
+    // Copies every field of `Info` into computed channel `Index` except its handle; the flags
+    // follow the operation as in AddChannel. Rebuilds the output's list; an index outside the
+    // list is ignored. Editors and stored worksheets reach the fields AddChannel does not take.
+    void UpdateChannelInformation(int Index, const TQXMSExChannelInformation& Info);
     void ChannelListClear();
     // Null for an index outside the list.
     const TQXMSExChannelInformation* GetChannelList(int Index) const;

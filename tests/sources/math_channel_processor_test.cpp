@@ -99,6 +99,11 @@ TEST(MathChannelProcessor, WorksheetKeepsChannelsSettingsAndInputAcrossPages)
     AddOp(*math, "Rms", qxvtRMS, 0, -1);
     math->GetTable().AddChannel("Scaled", "bar", "", -10, 10, clBlue, qxvtTwoPoint, 0, 1, -1, 0.5, 4.5, -1.25,
                                 1e-7, {1, 2, 3, 4, 5, 6, 7});
+    TQXMSExChannelInformation edited = *math->GetTable().GetChannelList(2);
+    edited.ScalingValues[4] = 0.25;
+    edited.ScalingValues[5] = -3;
+    edited.OptionFlag = false;
+    math->GetTable().UpdateChannelInformation(2, edited);
     AddOp(*math, "Spectrum", qxvtFFT, 0, -1);
     math->SetFFTSpecType(ksfftPowerSpec);
     math->SetFFTWindow(qxltBlackman);
