@@ -2,7 +2,6 @@
 // same buffer in the same run, and of the selecting link per block set.
 #include <benchmark/benchmark.h>
 
-#include <QApplication>
 
 #include <cmath>
 #include <map>
@@ -13,6 +12,8 @@
 #include "qxbase/measure/rv_compressor.h"
 #include "qxbase/sources/measure_link_select.h"
 #include "qxbase/sources/measure_source.h"
+
+#include "bench/application_main.h"
 
 namespace {
 
@@ -98,15 +99,7 @@ BENCHMARK(BM_SelectLinkBlockSet);
 
 }  // namespace
 
-// Sources are widgets, so the run needs an application object; it chooses the offscreen
-// platform unless one is set.
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return RunBenchmarksInApplication(argc, argv);
 }

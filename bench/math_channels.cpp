@@ -3,7 +3,6 @@
 // channel table with those five channels beside the five plain loops together.
 #include <benchmark/benchmark.h>
 
-#include <QApplication>
 
 #include <malloc.h>
 
@@ -13,6 +12,8 @@
 #include "qxbase/measure/block_buffer.h"
 #include "qxbase/measure/vt_element_ops.h"
 #include "qxbase/sources/virtual_channel_table.h"
+
+#include "bench/application_main.h"
 
 using namespace qx;
 
@@ -206,15 +207,7 @@ BENCHMARK(BM_TableSendDataResidentHeap);
 
 }  // namespace
 
-// Sources are widgets, so the run needs an application object; it chooses the offscreen
-// platform unless one is set.
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return RunBenchmarksInApplication(argc, argv);
 }
