@@ -380,6 +380,37 @@ void TQXVirtualChannelTable::BuildExtendedSet(const TRVShortdefs& Shortdefs, con
     }
 }
 
+void TQXVirtualChannelTable::BuildTimeBlocks(const TRVDataDoubleArray& TimeChannel, std::size_t InputCount,
+                                             TWorkspace& W) const
+{
+    const std::size_t total = W.Blocks.size();
+    W.Time.assign(std::max(total, TimeChannel.size()), TRVDataDouble{});
+    std::copy(TimeChannel.begin(), TimeChannel.end(), W.Time.begin());
+    W.TimeValues.assign(total, 0.0);  // never grows below: the blocks point into it
+    for (std::size_t index = 0; index < FChannels.size() && InputCount + index < total; ++index) {
+        const std::size_t position = InputCount + index;
+        const std::int32_t count = W.Blocks[position].count;
+        if (count <= 0) continue;
+        const TQXMSExChannelInformation& info = FChannels[index].Info;
+        std::int32_t from = info.FirstOperandIndex;
+        if (info.Operation == qxvtExtended) {  // the held value stretches over the longest input
+            from = -1;
+            for (std::size_t p = 0; p < InputCount && from < 0; ++p)
+                if (W.Blocks[p].count == count) from = static_cast<std::int32_t>(p);
+        }
+        if (from < 0 || static_cast<std::size_t>(from) >= W.Time.size() || static_cast<std::size_t>(from) == position)
+            continue;
+        const TRVDataDouble operandTime = W.Time[static_cast<std::size_t>(from)];
+        if (operandTime.data == nullptr) continue;
+        if (count == operandTime.count) {
+            W.Time[position] = operandTime;
+        } else if (count == 1) {
+            W.TimeValues[position] = operandTime.data[0];
+            W.Time[position] = {&W.TimeValues[position], 1};
+        }
+    }
+}
+
 void TQXVirtualChannelTable::SendData(TQXMeasureLinkEx* Link, const TRVShortdefs& Shortdefs,
                                       const TRVDataDoubleArray& Data, const TRVDataDoubleArray& TimeChannel,
                                       double StartTime)
@@ -394,6 +425,7 @@ void TQXVirtualChannelTable::SendData(TQXMeasureLinkEx* Link, const TRVShortdefs
     const auto release = qScopeGuard([&] {
         if (frame.Gone()) return;
         w.Blocks.clear();  // the input blocks are not ours to keep pointing at
+        w.Time.clear();
         if (!nested) FWorkspaceBusy = false;
     });
 
@@ -409,7 +441,8 @@ void TQXVirtualChannelTable::SendData(TQXMeasureLinkEx* Link, const TRVShortdefs
         for (std::size_t i = Data.size(); i < w.Blocks.size(); ++i) FreeDataDouble(w.Blocks[i]);
         throw;
     }
-    FOutputSource.ForwardData(w.Defs, w.Blocks, TimeChannel, StartTime, Data.size());
+    BuildTimeBlocks(TimeChannel, Data.size(), w);
+    FOutputSource.ForwardData(w.Defs, w.Blocks, w.Time, StartTime, Data.size());
 
     // Told once the set is out, so that a listener may change the table.
     for (std::size_t k = 0; !frame.Gone() && k < w.Stale.size(); ++k) {

@@ -103,6 +103,11 @@ private:
         std::vector<int> Pending;
         std::vector<char> Filled;
         std::vector<int> Stale;
+        // Time blocks of the set: the input's, then per computed channel its operand's time
+        // block when the counts agree, or one time from TimeValues for a one-value result. All
+        // borrowed, none freed by the output.
+        TRVDataDoubleArray Time;
+        std::vector<double> TimeValues;
     };
 
     // GetVirtualData for a set whose first InputCount positions are the input's. Stale, when
@@ -114,6 +119,7 @@ private:
     TRVDataDouble ComputeFFT(const TRVDataDouble& Operand);
     // Computes every channel it can into W (steps 2 to 5 of a cycle).
     void BuildExtendedSet(const TRVShortdefs& Shortdefs, const TRVDataDoubleArray& Data, TWorkspace& W);
+    void BuildTimeBlocks(const TRVDataDoubleArray& TimeChannel, std::size_t InputCount, TWorkspace& W) const;
     double ReadSourceNumber(const QString& Name) const;
     void FollowOperandNames();
 

@@ -216,3 +216,30 @@ TEST(VirtualChannelTable, AFailedComputationFreesItsBlocksAndSendsNothing)
     c.reset();
     EXPECT_EQ(other.GetLinkCount(), 0);
 }
+
+TEST(VirtualChannelTable, ComputedChannelsCarryTheirOperandsTimes)
+{
+    TChain c;
+    std::vector<TRVDataDoubleArray> times;
+    c.Downstream.OnNewData = [&](TQXMeasureLinkEx*, const TRVShortdefs&, const TRVDataDoubleArray&,
+                                 const TRVDataDoubleArray& Time, double) { times.push_back(Time); };
+    c.Add(qxvtSum, 1, 0);       // 3: B's times
+    c.Add(qxvtRMS, 3);          // 4: one value at the first time of 3
+    c.Add(qxvtFFT, 0);          // 5: no time axis
+    c.Add(qxvtExtended, 2);     // 6: the longest input's times
+    c.Add(qxvtInverse, 99);     // 7: missing operand
+    BlockSet set({{1, 2, 3, 4}, {5, 6, 7, 8}, {9}}, {{0, 1, 2, 3}, {10, 11, 12, 13}, {20}});
+    const TRVDataDoubleArray sent = set.Time;  // the source frees them after the delivery
+    set.Send(c.Input);
+    ASSERT_EQ(times.size(), 1u);
+    const TRVDataDoubleArray& t = times[0];
+    ASSERT_EQ(t.size(), 8u);
+    EXPECT_EQ(t[3].data, sent[1].data);
+    EXPECT_EQ(t[3].count, 4);
+    ASSERT_EQ(t[4].count, 1);
+    EXPECT_EQ(t[4].data[0], 10);
+    EXPECT_EQ(t[5].data, nullptr);
+    EXPECT_EQ(t[6].data, sent[0].data);
+    EXPECT_EQ(t[7].data, nullptr);
+    for (std::size_t i = 0; i < 3; ++i) EXPECT_EQ(t[i].data, sent[i].data);
+}
