@@ -3,9 +3,6 @@
 // channel table with those five channels beside the five plain loops together.
 #include <benchmark/benchmark.h>
 
-
-#include <malloc.h>
-
 #include <cmath>
 #include <vector>
 
@@ -193,17 +190,6 @@ void BM_TableSendData(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * 5 * Samples);
 }
 BENCHMARK(BM_TableSendData);
-
-// The table again with a heap that keeps freed pages: glibc gives the top of the heap back to
-// the system once more than its trim threshold is free, so five 512 KiB results freed together
-// are faulted in anew every cycle. Last, since the setting stays for the process.
-void BM_TableSendDataResidentHeap(benchmark::State& state)
-{
-    mallopt(M_MMAP_THRESHOLD, 64 << 20);
-    mallopt(M_TRIM_THRESHOLD, 256 << 20);
-    BM_TableSendData(state);
-}
-BENCHMARK(BM_TableSendDataResidentHeap);
 
 }  // namespace
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "qxbase/framework/export.h"
@@ -12,6 +13,16 @@ inline constexpr std::int32_t BlockBufferAlignment = 64;
 // Largest block the allocator hands out (2^28 samples, 2 GiB); a bigger count is a fault of the
 // caller, not a request to honour.
 inline constexpr std::int32_t MaxBlockSamples = 1 << 28;
+
+// Freed buffers of at least this many bytes are kept (up to BlockBufferCacheBytes in all) for
+// the next request of the same size, so that a steady cycle of large blocks does not give its
+// memory back to the system and fault it in again each time. Builds with AddressSanitizer or
+// ThreadSanitizer keep nothing.
+inline constexpr std::size_t BlockBufferCacheMinBytes = std::size_t{32} << 10;
+inline constexpr std::size_t BlockBufferCacheBytes = std::size_t{64} << 20;
+
+// The bytes kept for reuse now (headers included).
+QXBASE_EXPORT std::size_t GetBlockBufferCacheBytes() noexcept;
 
 // A buffer for count samples, BlockBufferAlignment-aligned, contents uninitialised. Returns
 // nullptr for count <= 0. Raises ERangeError for count > MaxBlockSamples and std::bad_alloc

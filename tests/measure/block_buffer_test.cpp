@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
+#include <vector>
 #include <limits>
 
 #include "qxbase/framework/exception.h"
@@ -33,4 +35,35 @@ TEST(BlockBuffer, EmptyAndAbsurdCountsAndFreeingAnArray)
     ASSERT_EQ(blocks.size(), 3u);
     for (const TRVDataDouble& b : blocks) EXPECT_TRUE(b.data == nullptr && b.count == 0);
     FreeDataDoubleArray(blocks);  // nothing left to free twice
+}
+
+TEST(BlockBuffer, LargeBuffersAreKeptForTheNextRequestOfTheSameSize)
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "sanitizer builds keep no buffers";
+#else
+    // A size no other test frees, so that the first request finds nothing kept.
+    constexpr std::int32_t size = 50001;
+    const std::size_t before = GetBlockBufferCacheBytes();
+    double* large = AllocBlockBuffer(size);
+    double* small = AllocBlockBuffer(1024);
+    FreeBlockBuffer(small);  // below the size worth keeping
+    EXPECT_EQ(GetBlockBufferCacheBytes(), before);
+    FreeBlockBuffer(large);
+    const std::size_t kept = GetBlockBufferCacheBytes() - before;
+    EXPECT_GE(kept, size * sizeof(double));
+    double* other = AllocBlockBuffer(size + 8);  // another size is not served from the cache
+    EXPECT_EQ(GetBlockBufferCacheBytes(), before + kept);
+    double* again = AllocBlockBuffer(size);
+    EXPECT_EQ(again, large);
+    EXPECT_EQ(GetBlockBufferCacheBytes(), before);
+    FreeBlockBuffer(other);
+    FreeBlockBuffer(again);
+
+    std::vector<double*> huge;
+    for (int i = 0; i < 3; ++i) huge.push_back(AllocBlockBuffer(1 << 22));  // 32 MiB each
+    for (double* p : huge) FreeBlockBuffer(p);
+    EXPECT_LE(GetBlockBufferCacheBytes(), BlockBufferCacheBytes);
+    EXPECT_GT(GetBlockBufferCacheBytes(), std::size_t{1} << 25);
+#endif
 }
