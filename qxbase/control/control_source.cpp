@@ -26,6 +26,13 @@ QString PlainTraceText(const Variant& Value)
 
 }  // namespace
 
+Variant EnumerationTexts(const QStringList& Texts)
+{
+    Variant list = Variant::CreateArray(0, static_cast<std::int32_t>(Texts.size()) - 1, varVariant);
+    for (qsizetype i = 0; i < Texts.size(); ++i) list.SetArrayElement(static_cast<std::int32_t>(i), Texts[i]);
+    return list;
+}
+
 TQXPropertyHandle NewPropertyHandle() noexcept
 {
     TQXPropertyHandle handle = 0;

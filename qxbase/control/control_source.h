@@ -27,6 +27,9 @@ extern QXBASE_EXPORT bool DisableProperyDelete;
 // never names an item of another. Thread-safe.
 QXBASE_EXPORT TQXPropertyHandle NewPropertyHandle() noexcept;
 
+// The list of an enumeration property: the texts as an array of variants from index 0.
+QXBASE_EXPORT Variant EnumerationTexts(const QStringList& Texts);
+
 // A provider of named properties and events. Listeners attach through TQXEventLink.
 //
 // Handles are process-unique ids looked up in this source's own list: a handle that is 0,

@@ -124,6 +124,15 @@ const float* TQXFFT::ApplyWindow(const float* Input, std::int32_t Size, double& 
     return out;
 }
 
+const std::complex<float>* TQXFFT::WindowedBins(const float* Input, std::int32_t Size, double& Gain)
+{
+    TQXRealFFTPlan& plan = PlanFor(Size);
+    const float* input = ApplyWindow(Input, Size, Gain);
+    Grow(FBinScratch, Size / 2 + 1);
+    plan.Forward(input, FBinScratch.data());
+    return FBinScratch.data();
+}
+
 void TQXFFT::RealFFT(const TQXVector& Real, TQXComplexVector& Complex, bool KeepComplex)
 {
     const std::int32_t n = Real.GetLength();
@@ -134,12 +143,8 @@ void TQXFFT::RealFFT(const TQXVector& Real, TQXComplexVector& Complex, bool Keep
         throw EFFTError(QStringLiteral("Real FFT of %1 samples needs %2 complex elements, not %3")
                             .arg(n).arg(half).arg(Complex.GetCount()));
 
-    TQXRealFFTPlan& plan = PlanFor(n);
     double gain = 0;
-    const float* input = ApplyWindow(Real.Data(), n, gain);
-    Grow(FBinScratch, half + 1);
-    const std::complex<float>* bins = FBinScratch.data();
-    plan.Forward(input, FBinScratch.data());
+    const std::complex<float>* bins = WindowedBins(Real.Data(), n, gain);
 
     if (KeepComplex) {
         std::complex<float>* out = Complex.Data();
@@ -164,12 +169,8 @@ void TQXFFT::PowerSpectrum(TQXComplexVector& Complex)
         throw EFFTError(QStringLiteral("Power spectrum of %1 samples: the count must be even and at least 2").arg(c));
     const std::int32_t half = c / 2;
 
-    TQXRealFFTPlan& plan = PlanFor(c);
     double gain = 0;
-    const float* input = ApplyWindow(Complex.FloatData(), c, gain);
-    Grow(FBinScratch, half + 1);
-    const std::complex<float>* bins = FBinScratch.data();
-    plan.Forward(input, FBinScratch.data());
+    const std::complex<float>* bins = WindowedBins(Complex.FloatData(), c, gain);
 
     // A sine of amplitude A has |X_k| = A x gain / 2, so its mean-square power A² / 2 is
     // 2 |X_k|² / gain²; bins 0 and N/2 have no mirror image and count once.

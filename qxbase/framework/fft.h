@@ -126,6 +126,8 @@ private:
     // Input itself for the rectangle, else the windowed copy in FRealScratch; Gain gets the
     // window's sum.
     const float* ApplyWindow(const float* Input, std::int32_t Size, double& Gain);
+    // The Size / 2 + 1 bins of Input windowed, in the bin scratch buffer.
+    const std::complex<float>* WindowedBins(const float* Input, std::int32_t Size, double& Gain);
 
     TQXRealFFTPlanFactory FFactory;
     std::map<std::int32_t, std::unique_ptr<TQXRealFFTPlan>> FPlans;

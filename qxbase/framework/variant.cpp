@@ -32,15 +32,9 @@ constexpr int kSecondsPerDay = 86400;
 constexpr std::int64_t kMaxArrayCount = std::int64_t{1} << 26;
 constexpr int kSinglePrecision = 7;
 
-bool IsIntegerType(TVarType type)
-{
-    return type == varSmallint || type == varInteger || type == varByte || type == varLongWord ||
-           type == varInt64;
-}
-
 bool IsScalarType(TVarType type)
 {
-    return IsIntegerType(type) || type == varSingle || type == varDouble || type == varDate ||
+    return IsIntegerVarType(type) || type == varSingle || type == varDouble || type == varDate ||
            type == varOleStr || type == varBoolean;
 }
 

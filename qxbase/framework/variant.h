@@ -27,6 +27,17 @@ inline constexpr TVarType varInt64 = 20;
 inline constexpr TVarType varTypeMask = 0x0FFF;
 inline constexpr TVarType varArray = 0x2000;
 
+inline constexpr bool IsIntegerVarType(TVarType Type)
+{
+    return Type == varSmallint || Type == varInteger || Type == varByte || Type == varLongWord || Type == varInt64;
+}
+
+// Integers and floating-point numbers (not dates, booleans or text).
+inline constexpr bool IsNumericVarType(TVarType Type)
+{
+    return IsIntegerVarType(Type) || Type == varSingle || Type == varDouble;
+}
+
 // A value with OLE variant semantics: Empty, Null, one of the scalar type codes above, or a
 // one-dimensional array with any low bound. Copies are deep (arrays included).
 // Conversions follow OLE rules; an impossible one raises EVariantError.

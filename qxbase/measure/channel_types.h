@@ -21,6 +21,12 @@ struct TRVDataDouble {
     std::int32_t count = 0;
 };
 
+// True when the block holds at least one sample.
+inline bool HasSamples(const TRVDataDouble& Block)
+{
+    return Block.data != nullptr && Block.count > 0;
+}
+
 using TRVDataDoubleArray = std::vector<TRVDataDouble>;
 // One reduced value per channel.
 using TRVDataDoubleArraySingleValue = std::vector<double>;

@@ -21,11 +21,6 @@ constexpr std::array<ResourceText, TQXFFTLeakTypeCount> kWindowTexts = {
 // Below 2^2 samples the power spectrum would get an odd or empty transform.
 constexpr std::int32_t MinPaddedBits = 2;
 
-bool HasData(const TRVDataDouble& Block)
-{
-    return Block.data != nullptr && Block.count > 0;
-}
-
 // Widens Count floats into a fresh block; the empty block when nothing is left.
 TRVDataDouble Widen(const float* Values, std::int32_t Count)
 {
@@ -85,7 +80,7 @@ void TKSZLFFT::ResizeFFTVector(std::int32_t Count)
 
 void TKSZLFFT::DoNewFFTOnChannel(const TRVDataDouble& In, TRVDataDouble& Out)
 {
-    if (!HasData(In) || FSpecType >= TKSFFTSpecTypeCount) {
+    if (!HasSamples(In) || FSpecType >= TKSFFTSpecTypeCount) {
         Out = {};
         return;
     }
@@ -137,7 +132,7 @@ void TKSZLFFT::DoFFTOnChannel(TRVDataDouble& Block)
 void TKSZLFFT::ProcessData(const TRVShortdefs& Shortdefs, TRVDataDoubleArray& Data)
 {
     FShortdefs = Shortdefs;
-    if (!Data.empty() && HasData(Data.front())) ResizeFFTVector(Data.front().count);
+    if (!Data.empty() && HasSamples(Data.front())) ResizeFFTVector(Data.front().count);
 
     const double n = GetSize();
     const double df = FFrequency / n / 2;
@@ -146,7 +141,7 @@ void TKSZLFFT::ProcessData(const TRVShortdefs& Shortdefs, TRVDataDoubleArray& Da
         TRVShortdef& def = FShortdefs[i];
         def.XStart = 0;
         def.XEnd = 0;
-        if (i >= Data.size() || !HasData(Data[i]) || !validFrequency) continue;
+        if (i >= Data.size() || !HasSamples(Data[i]) || !validFrequency) continue;
         switch (FSpecType) {
         case ksfftSpec:
         case ksfftPowerSpec:

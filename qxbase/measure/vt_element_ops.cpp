@@ -8,11 +8,6 @@ namespace qx {
 
 namespace {
 
-bool HasSamples(const TRVDataDouble& Block)
-{
-    return Block.data != nullptr && Block.count > 0;
-}
-
 bool SameNonEmpty(const TRVDataDouble& A, const TRVDataDouble& B)
 {
     return HasSamples(A) && HasSamples(B) && A.count == B.count;

@@ -25,23 +25,9 @@ namespace {
 
 enum : std::uint32_t { PropShowPropertypage = 1, PropPanelEnable = 2 };
 
-Variant TextList(const QString& first, const QString& second)
-{
-    Variant list = Variant::CreateArray(0, 1, varVariant);
-    list.SetArrayElement(0, first);
-    list.SetArrayElement(1, second);
-    return list;
-}
-
-bool IsIntegerType(TVarType type)
-{
-    return type == varSmallint || type == varInteger || type == varByte || type == varLongWord ||
-           type == varInt64;
-}
-
 bool IsNumberType(TVarType type)
 {
-    return IsIntegerType(type) || type == varSingle || type == varDouble || type == varBoolean;
+    return IsIntegerVarType(type) || type == varSingle || type == varDouble || type == varBoolean;
 }
 
 }  // namespace
@@ -178,13 +164,13 @@ void TKSMSSink::ClearProperties()
         [this](TQXPropertyItem* Handle, bool Get, bool Enum, Variant& Value) {
             return OnShowPropertypage(Handle, Get, Enum, Value);
         },
-        varQXEnumeration, TextList(QStringLiteral("True"), QStringLiteral("Unknown")), PropShowPropertypage);
+        varQXEnumeration, EnumerationTexts({QStringLiteral("True"), QStringLiteral("Unknown")}), PropShowPropertypage);
     RegisterProperty(
         QStringLiteral("Panel State"), QStringLiteral("PanelEnable"),
         [this](TQXPropertyItem* Handle, bool Get, bool Enum, Variant& Value) {
             return OnPanelEnable(Handle, Get, Enum, Value);
         },
-        varQXEnumeration, TextList(QStringLiteral("Disabled"), QStringLiteral("Enabled")), PropPanelEnable);
+        varQXEnumeration, EnumerationTexts({QStringLiteral("Disabled"), QStringLiteral("Enabled")}), PropPanelEnable);
 }
 
 HRESULT TKSMSSink::OnShowPropertypage(TQXPropertyItem* Handle, bool Get, bool Enum, Variant& Value)
@@ -196,7 +182,7 @@ HRESULT TKSMSSink::OnShowPropertypage(TQXPropertyItem* Handle, bool Get, bool En
         return S_OK;
     }
     const TVarType type = Value.VarType();
-    const bool open = (IsIntegerType(type) && Value.ToInt64() == 0) ||
+    const bool open = (IsIntegerVarType(type) && Value.ToInt64() == 0) ||
                       (type == varOleStr && Value.ToString() == QLatin1String("True"));
     if (open)
         OpenPropertyPage();

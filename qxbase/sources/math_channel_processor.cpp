@@ -20,9 +20,9 @@ const QString NameWindow = QStringLiteral("FFTWindow");
 template <class TText>
 Variant TextList(int Count, TText Text)
 {
-    Variant list = Variant::CreateArray(0, Count - 1, varVariant);
-    for (int i = 0; i < Count; ++i) list.SetArrayElement(i, Text(i));
-    return list;
+    QStringList texts;
+    for (int i = 0; i < Count; ++i) texts << Text(i);
+    return EnumerationTexts(texts);
 }
 
 [[noreturn]] void FailAt(const TReader& Reader, const QString& Path, const QString& Problem)
@@ -140,15 +140,14 @@ HRESULT TKSMathChannelProcessor::OnProperty(TQXPropertyItem* Item, bool Get, Var
     }
 }
 
-// The table hands out its FFT processor only as mutable; reading it changes nothing.
 std::int32_t TKSMathChannelProcessor::GetFFTSpecType() const
 {
-    return const_cast<TQXVirtualChannelTable&>(FTable).GetFFT().GetSpecType();
+    return FTable.GetFFT().GetSpecType();
 }
 
 std::int32_t TKSMathChannelProcessor::GetFFTWindow() const
 {
-    return const_cast<TQXVirtualChannelTable&>(FTable).GetFFT().GetWindow();
+    return FTable.GetFFT().GetWindow();
 }
 
 bool TKSMathChannelProcessor::ApplySpecType(std::int32_t Value)

@@ -280,6 +280,13 @@ int TQXMeasureSourceEx::GetChannelListCount() const
     return static_cast<int>(FChannels.size());
 }
 
+void TQXMeasureSourceEx::ChannelListAddCopy(const TQXMSExChannelInformation& Info)
+{
+    auto copy = std::make_unique<TQXMSExChannelInformation>();
+    *copy = Info;  // assignment carries every field
+    FChannels.push_back(std::move(copy));
+}
+
 void TQXMeasureSourceEx::UpdateChannelInformation(int Index, const TQXMSExChannelInformation& Info)
 {
     if (Index < 0)

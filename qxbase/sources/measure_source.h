@@ -65,6 +65,9 @@ public:
                         std::int32_t OperationParameter, std::int32_t FirstOperandIndex,
                         std::int32_t SecondOperandIndex, const QString& FirstOperandName,
                         const QString& SecondOperandName, std::uint32_t Handle);
+    // Appends a copy of every field of `Info` (handle included), as a processor mirroring its
+    // input's channels needs.
+    void ChannelListAddCopy(const TQXMSExChannelInformation& Info);
     void ChannelListClear();
     // Null for an index at or beyond the count; a negative index raises ERangeError. The record
     // stays valid until it is removed (ChannelListClear, destruction).

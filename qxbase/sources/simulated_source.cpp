@@ -23,14 +23,6 @@ const QString NameChannelCount = QStringLiteral("NrOfCGLChannels");
 constexpr int DefaultChannelCount = 4;
 constexpr TColor ChannelColors[] = {clRed, clLime, clBlue, clYellow, clFuchsia, clAqua, clMaroon, clGreen};
 
-Variant TextList(const QString& first, const QString& second)
-{
-    Variant list = Variant::CreateArray(0, 1, varVariant);
-    list.SetArrayElement(0, first);
-    list.SetArrayElement(1, second);
-    return list;
-}
-
 void CheckChannel(int Channel, int Count)
 {
     if (Channel < 0 || Channel >= Count)
@@ -119,7 +111,7 @@ void TKSSimulatedSource::ClearProperties()
     RegisterProperty(QStringLiteral("Samples per block"), QStringLiteral("BlockSize"), getSet, varInteger,
                      QString(), true, 1, MaxBlockSize, PropBlockSize);
     RegisterProperty(QStringLiteral("Acquisition"), QStringLiteral("Acquisition"), getSet, varQXEnumeration,
-                     TextList(QStringLiteral("Stopped"), QStringLiteral("Running")), PropAcquisition);
+                     EnumerationTexts({QStringLiteral("Stopped"), QStringLiteral("Running")}), PropAcquisition);
 }
 
 HRESULT TKSSimulatedSource::OnProperty(TQXPropertyItem* Item, bool Get, Variant& Value)

@@ -27,18 +27,6 @@ const QString NameSingleShot = QStringLiteral("TriggerSingleShot");
 const QString NameChannel = QStringLiteral("TriggerChannel");
 const QString NamePreTrigger = QStringLiteral("PreTrigger");
 
-Variant TextList(const QStringList& Texts)
-{
-    Variant list = Variant::CreateArray(0, static_cast<std::int32_t>(Texts.size()) - 1, varVariant);
-    for (qsizetype i = 0; i < Texts.size(); ++i) list.SetArrayElement(static_cast<std::int32_t>(i), Texts[i]);
-    return list;
-}
-
-bool IsIntegerType(TVarType Type)
-{
-    return Type == varSmallint || Type == varInteger || Type == varByte || Type == varLongWord || Type == varInt64;
-}
-
 // The settings the bus shows, to announce those that a change touched.
 struct TBusValues {
     std::int32_t Type, BufferSize, Channel, PreTrigger;
@@ -82,7 +70,7 @@ void TKSTriggerProcessor::ClearProperties()
     TQXMLSBaseEx::ClearProperties();
     auto getSet = [this](TQXPropertyItem* Item, bool Get, bool, Variant& Value) { return OnProperty(Item, Get, Value); };
     RegisterProperty(QStringLiteral("Trigger type"), NameType, getSet, varQXEnumeration,
-                     TextList({QStringLiteral("Positive"), QStringLiteral("Negative"), QStringLiteral("Positive slope"),
+                     EnumerationTexts({QStringLiteral("Positive"), QStringLiteral("Negative"), QStringLiteral("Positive slope"),
                                QStringLiteral("Range slope"), QStringLiteral("Negative slope"), QStringLiteral("Off"),
                                QStringLiteral("Time")}),
                      PropTriggerType);
@@ -96,7 +84,7 @@ void TKSTriggerProcessor::ClearProperties()
     RegisterProperty(QStringLiteral("Pre-trigger"), NamePreTrigger, getSet, varInteger, QString(), true, 0,
                      MaxBlockSamples - 1, PropPreTrigger);
     RegisterProperty(QStringLiteral("Rearm trigger"), QStringLiteral("RearmTrigger"), getSet, varQXEnumeration,
-                     TextList({QStringLiteral("True"), QStringLiteral("Unknown")}), PropRearm);
+                     EnumerationTexts({QStringLiteral("True"), QStringLiteral("Unknown")}), PropRearm);
 }
 
 template <class F>
@@ -153,7 +141,7 @@ HRESULT TKSTriggerProcessor::OnProperty(TQXPropertyItem* Item, bool Get, Variant
             Value = Variant(std::int32_t{1});
         } else {
             const TVarType type = Value.VarType();
-            if ((IsIntegerType(type) && Value.ToInt64() == 0) ||
+            if ((IsIntegerVarType(type) && Value.ToInt64() == 0) ||
                 (type == varOleStr && Value.ToString() == QLatin1String("True")))
                 RearmTrigger();
         }
@@ -240,9 +228,7 @@ void TKSTriggerProcessor::MLSOnUpdateSettings(TQXMeasureLinkEx* Sender)
     for (int i = 0; i < input.GetChannelListCount(); ++i) {
         const TQXMSExChannelInformation* info = input.GetChannelList(i);
         if (info == nullptr) continue;
-        ChannelListAdd(info->Name, info->SecondText, info->ThirdText, info->RangeLow, info->RangeHigh, info->Flags,
-                       info->Color, info->Handle, info->OptionFlag);
-        UpdateChannelInformation(GetChannelListCount() - 1, *info);
+        ChannelListAddCopy(*info);
     }
     ChannelChangeUpdate();
 }

@@ -15,11 +15,6 @@ namespace qx {
 
 namespace {
 
-bool HasSamples(const TRVDataDouble& Block)
-{
-    return Block.data != nullptr && Block.count > 0;
-}
-
 bool UsesSecondOperand(TQXVTOperation Operation)
 {
     return Operation == qxvtSum || Operation == qxvtSubtract || Operation == qxvtProduct ||
@@ -41,29 +36,6 @@ const TRVDataDouble* Operand(const TRVDataDoubleArray& Data, std::int32_t Index)
 {
     if (Index < 0 || static_cast<std::size_t>(Index) >= Data.size()) return nullptr;
     return &Data[static_cast<std::size_t>(Index)];
-}
-
-bool IsNumericType(TVarType Type)
-{
-    switch (Type) {
-    case varSmallint:
-    case varInteger:
-    case varSingle:
-    case varDouble:
-    case varByte:
-    case varLongWord:
-    case varInt64:
-        return true;
-    default:
-        return false;
-    }
-}
-
-void AddToOutput(TQXMeasureSourceEx& Output, const TQXMSExChannelInformation& Info)
-{
-    Output.ChannelListAdd(Info.Name, Info.SecondText, Info.ThirdText, Info.RangeLow, Info.RangeHigh, Info.Flags,
-                          Info.Color, Info.Handle, Info.OptionFlag);
-    Output.UpdateChannelInformation(Output.GetChannelListCount() - 1, Info);
 }
 
 }  // namespace
@@ -211,9 +183,9 @@ void TQXVirtualChannelTable::GetSourceSettings()
     const int inputs = FInputLink->GetChannelListCount();
     for (int i = 0; i < inputs; ++i) {
         const TQXMSExChannelInformation* info = FInputLink->GetChannelList(i);
-        AddToOutput(FOutputSource, info != nullptr ? *info : TQXMSExChannelInformation());
+        FOutputSource.ChannelListAddCopy(info != nullptr ? *info : TQXMSExChannelInformation());
     }
-    for (const TComputedChannel& channel : FChannels) AddToOutput(FOutputSource, channel.Info);
+    for (const TComputedChannel& channel : FChannels) FOutputSource.ChannelListAddCopy(channel.Info);
     FOutputSource.ChannelChangeUpdate();
 }
 
@@ -225,7 +197,7 @@ double TQXVirtualChannelTable::ReadSourceNumber(const QString& Name) const
     if (source == nullptr || !source->GetPropertyHandle(Name, handle)) return absent;
     Variant value;
     try {
-        if (!source->GetPropertyValue(handle, value) || !IsNumericType(value.VarType())) return absent;
+        if (!source->GetPropertyValue(handle, value) || !IsNumericVarType(value.VarType())) return absent;
         return value.ToDouble();
     } catch (const Exception&) {
         return absent;  // a property that cannot be read counts as missing

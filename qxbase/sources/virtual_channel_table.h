@@ -69,6 +69,7 @@ public:
     TQXMeasureSourceEx& GetOutputSource() const { return FOutputSource; }
     // The processor behind qxvtFFT channels: its spec type and window apply to all of them.
     TKSZLFFT& GetFFT() { return FFFT; }
+    const TKSZLFFT& GetFFT() const { return FFFT; }
 
     // The output source's channel list becomes the input's channels followed by the computed
     // ones; then the output tells its links.
