@@ -9,7 +9,7 @@ JOBS      ?= $(shell nproc)
 CTEST_ARGS ?=
 CMAKE_ARGS ?=
 
-DEB_PACKAGES := cmake ninja-build g++ make pkg-config \
+DEB_PACKAGES := cmake ninja-build g++ make pkg-config ccache \
 	qt6-base-dev qt6-serialport-dev libgl-dev \
 	libkissfft-dev libgtest-dev libgmock-dev libbenchmark-dev
 
