@@ -156,11 +156,11 @@ void TRVTrigger::ProcessData(const TRVShortdefs& Shortdefs, const TRVDataDoubleA
     const std::size_t channels = Shortdefs.size();
     if (FProcessing || !IsChannelOf(FTriggerChannel, channels)) return;
 
-    if (Data.size() != channels || TimeChannel.size() < channels)
-        throw TRVTriggerException(res::_rsInvalidData.Text());
+    // A channel may come without a time block (a spectrum, fewer time blocks than channels, a
+    // time block too short): it is captured without one. Only what cannot be read is refused.
+    if (Data.size() != channels) throw TRVTriggerException(res::_rsInvalidData.Text());
     for (std::size_t i = 0; i < channels; ++i) {
-        if (!IsValidBlock(Data[i]) || !IsValidBlock(TimeChannel[i]) ||
-            TimeChannel[i].count < Data[i].count)
+        if (!IsValidBlock(Data[i]) || (i < TimeChannel.size() && !IsValidBlock(TimeChannel[i])))
             throw TRVTriggerException(res::_rsInvalidData.Text());
     }
     const bool watchStop = FTriggerMode == tmChartRecorder && FStopTriggerChannel >= 0;
@@ -206,7 +206,7 @@ void TRVTrigger::ProcessData(const TRVShortdefs& Shortdefs, const TRVDataDoubleA
     FCursor.Count = Data[trigger].count;
     PrepareSources(Data, TimeChannel, FCursor.Count);
     FCursor.TriggerData = Data[trigger].data;
-    FCursor.TriggerTime = TimeChannel[trigger].data;
+    FCursor.TriggerTime = FSourceTime[trigger];
     if (FActiveStopChannel >= 0) {
         const auto stop = static_cast<std::size_t>(FActiveStopChannel);
         FStopRange = ChannelRange(Shortdefs[stop]);
@@ -221,6 +221,8 @@ void TRVTrigger::RedimensionStore(std::size_t Channels)
     const auto pre = static_cast<std::size_t>(std::max(FPreTrigger, 0));
     FStoreData.resize(Channels);
     FStoreTime.resize(Channels);
+    FStoreTimeRun.resize(Channels);
+    FCaptureTimeMissing.resize(Channels);
     for (std::size_t i = 0; i < Channels; ++i) {
         if (FStoreData[i].size() != pre) FStoreData[i].resize(pre);
         if (FStoreTime[i].size() != pre) FStoreTime[i].resize(pre);
@@ -242,8 +244,9 @@ void TRVTrigger::PrepareSources(const TRVDataDoubleArray& Data,
     FSourceTime.resize(channels);
     for (std::size_t i = 0; i < channels; ++i) {
         const bool placed = Count > 0 && Data[i].count == Count;
+        const bool timed = placed && i < TimeChannel.size() && TimeChannel[i].count >= Count;
         FSourceData[i] = placed ? Data[i].data : nullptr;
-        FSourceTime[i] = placed ? TimeChannel[i].data : nullptr;
+        FSourceTime[i] = timed ? TimeChannel[i].data : nullptr;
     }
 }
 

@@ -33,8 +33,9 @@ class TRVTrigger;
 
 using TRVTriggerNotifyEvent = std::function<void(TRVTrigger* Sender)>;
 // A finished buffer: the definitions describe it, StartTime is the time of its first sample
-// on the trigger channel. The receiver takes over the block buffers (SendData does); any
-// buffer still in Data or TimeChannel when the handler returns is freed by the trigger.
+// on the trigger channel (NoValueMarker when that sample came without one). The receiver
+// takes over the block buffers (SendData does); any buffer still in Data or TimeChannel when
+// the handler returns is freed by the trigger.
 using TRVTriggerCaptureEvent =
     std::function<void(const TRVShortdefs& Shortdefs, TRVDataDoubleArray& Data,
                        TRVDataDoubleArray& TimeChannel, double StartTime)>;
@@ -43,7 +44,11 @@ using TRVTriggerCaptureEvent =
 // before a trigger sample on the trigger channel, the trigger sample and the samples after
 // it. Every channel of a set is captured at the same positions; a channel whose block does
 // not have the trigger channel's sample count cannot be placed and is captured as the
-// no-value marker. Captures go to OnCapture; without a receiver their buffers serve the next.
+// no-value marker. A channel's time block in a capture holds the times of its samples when
+// every one of them, the pre-trigger part included, came with a time; otherwise it is empty
+// (no buffer, count 0). A set may lack time blocks (fewer than channels, or one shorter than
+// its data block): those channels' samples come without times. Captures go to OnCapture;
+// without a receiver their buffers serve the next.
 //
 // Scanning resumes with the sample after a capture, so every sample is scanned once and a
 // capture's pre-trigger part may hold the end of the previous capture. In chart-recorder mode
@@ -115,9 +120,8 @@ public:
     // Shortdefs; a set whose trigger-channel block is empty only updates the definitions, and
     // one with another channel count than the last restarts the pre-fill. Raises
     // TRVTriggerException, before anything changes:
-    //   "Data format is invalid" when Data does not have one block per definition, TimeChannel
-    //   has fewer blocks than Data, a block has a negative count or no buffer for its count,
-    //   or a time block is shorter than the data block of the same index;
+    //   "Data format is invalid" when Data does not have one block per definition, or a data
+    //   block or a channel's time block has a negative count or no buffer for its count;
     //   "TriggerChannel is invalid" in chart-recorder mode when the stop trigger channel is set
     //   but not below the channel count.
     void ProcessData(const TRVShortdefs& Shortdefs, const TRVDataDoubleArray& Data,
@@ -202,6 +206,10 @@ private:
     // sample (once the pre-fill is complete), oldest first.
     std::vector<std::vector<double>> FStoreData;
     std::vector<std::vector<double>> FStoreTime;
+    // Per channel, how many of the newest store samples came with a time.
+    std::vector<std::int32_t> FStoreTimeRun;
+    // Per channel, whether a sample of the capture being filled came without a time.
+    std::vector<std::uint8_t> FCaptureTimeMissing;
     // The capture being filled; buffers from AllocBlockBuffer.
     TRVDataDoubleArray FCaptureData;
     TRVDataDoubleArray FCaptureTime;

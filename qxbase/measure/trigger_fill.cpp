@@ -67,10 +67,12 @@ bool TRVTrigger::FillPreTrigger()
 {
     const std::int32_t from = FCursor.Position;
     const std::int32_t count = std::min(FPreTrigger - FPreFillCount, FCursor.Count - from);
+    if (FPreFillCount == 0) std::fill(FStoreTimeRun.begin(), FStoreTimeRun.end(), 0);
     for (std::size_t i = 0; i < FSourceData.size(); ++i) {
         CopySamples(FSourceData[i], from, count, FStoreData[i].data() + FPreFillCount);
         // The time block's length is that of the data block of the same index.
         CopySamples(FSourceTime[i], from, count, FStoreTime[i].data() + FPreFillCount);
+        FStoreTimeRun[i] = FSourceTime[i] ? FStoreTimeRun[i] + count : 0;
     }
     FPreFillCount += count;
     FCursor.Position += count;
@@ -84,6 +86,7 @@ void TRVTrigger::AppendToStore(std::int32_t From, std::int32_t To) noexcept
     for (std::size_t i = 0; i < FSourceData.size(); ++i) {
         ShiftIntoStore(FStoreData[i].data(), FPreTrigger, FSourceData[i], From, To);
         ShiftIntoStore(FStoreTime[i].data(), FPreTrigger, FSourceTime[i], From, To);
+        FStoreTimeRun[i] = FSourceTime[i] ? std::min(FStoreTimeRun[i] + (To - From), FPreTrigger) : 0;
     }
 }
 
@@ -110,8 +113,13 @@ bool TRVTrigger::WaitForTrigger()
 
 void TRVTrigger::FillCapture(bool WatchStop)
 {
-    if (FFillPosition == 0) EnsureCaptureBuffers();
     const std::size_t channels = FSourceData.size();
+    if (FFillPosition == 0) {
+        EnsureCaptureBuffers();
+        // The pre-trigger part is the whole store; one sample there without a time is enough.
+        for (std::size_t i = 0; i < channels; ++i)
+            FCaptureTimeMissing[i] = FStoreToCapture > 0 && FStoreTimeRun[i] < FPreTrigger;
+    }
     if (FStoreToCapture > 0) {
         const std::int32_t count = std::min(FStoreToCapture, FBufferSize - FFillPosition);
         const std::int32_t from = FPreTrigger - FStoreToCapture;
@@ -136,6 +144,7 @@ void TRVTrigger::FillCapture(bool WatchStop)
     for (std::size_t i = 0; i < channels; ++i) {
         CopySamples(FSourceData[i], from, count, FCaptureData[i].data + FFillPosition);
         CopySamples(FSourceTime[i], from, count, FCaptureTime[i].data + FFillPosition);
+        FCaptureTimeMissing[i] |= static_cast<std::uint8_t>(count > 0 && !FSourceTime[i]);
     }
     AppendToStore(from, from + count);
     FCursor.Position += count;
@@ -209,7 +218,10 @@ bool TRVTrigger::HandOnCapture()
         }
     } handedOn{std::move(FCaptureData), std::move(FCaptureTime)};
     FCaptureData.clear();
-    FCaptureTime.clear();
+    // A time block with samples that came without a time goes out empty; its buffer stays.
+    FCaptureTime.assign(handedOn.Time.size(), TRVDataDouble{});
+    for (std::size_t i = 0; i < handedOn.Time.size(); ++i)
+        if (FCaptureTimeMissing[i] != 0) std::swap(FCaptureTime[i], handedOn.Time[i]);
     handler(FShortdefs, handedOn.Data, handedOn.Time, startTime);
     return Unchanged();
 }

@@ -111,7 +111,7 @@ TEST(TriggerDefinitions, DescribeTheBufferAndForeignLengthsGiveNoValues)
     EXPECT_EQ(log[0].Defs[0].XEnd, 2 + 3 * 0.5);
     EXPECT_EQ(log[0].Data[0], (std::vector<double>{1, 2, 3}));
     EXPECT_EQ(log[0].Data[1], std::vector<double>(3, NoValueMarker));
-    EXPECT_EQ(log[0].Time[1], std::vector<double>(3, NoValueMarker));
+    EXPECT_TRUE(log[0].Time[1].empty());  // its samples came without a time
 
     FreeDataDoubleArray(set.Data);
     FreeDataDoubleArray(set.Time);
@@ -119,6 +119,35 @@ TEST(TriggerDefinitions, DescribeTheBufferAndForeignLengthsGiveNoValues)
     t.ProcessData(set.Defs, set.Data, set.Time);  // empty blocks: only the axis end changes
     EXPECT_EQ(t.GetShortdefs()[0].XEnd, 0);
     EXPECT_EQ(t.GetShortdefs()[0].Handle, 7u);
+}
+
+TEST(TriggerDefinitions, ACaptureHasTimesOnlyWhenAllItsSamplesCameWithOne)
+{
+    TRVTrigger t;
+    t.SetTriggerType(trtPos);
+    t.SetBufferSize(3);
+    t.SetPreTrigger(2);
+    std::vector<TCapture> log;
+    LogCaptures(t, log);
+    // Triggers at 3, 8 and 11; the sets [0, 3) and [8, 9) have no time blocks.
+    const TStream s = OneChannel({-1, -1, -1, 1, 2, -1, -1, -1, 1, 2, -1, 1, 2});
+    int from = 0;
+    for (const auto& [to, timed] : {std::pair{3, false}, {8, true}, {9, false}, {13, true}}) {
+        TBlockSet set(s, from, to);
+        if (!timed) {
+            FreeDataDoubleArray(set.Time);
+            set.Time.clear();
+        }
+        t.ProcessData(set.Defs, set.Data, set.Time);
+        from = to;
+    }
+    ASSERT_EQ(log.size(), 3u);
+    EXPECT_EQ(log[0].StartTime, NoValueMarker);
+    EXPECT_TRUE(log[0].Time[0].empty());  // pre-trigger samples without times
+    EXPECT_EQ(log[1].StartTime, 16);
+    EXPECT_TRUE(log[1].Time[0].empty());  // its last sample came without one
+    EXPECT_EQ(log[2].Time[0], (std::vector<double>{19, 20, 21}));
+    EXPECT_EQ(log[1].Data[0], (std::vector<double>{-1, -1, 1}));
 }
 
 TEST(TriggerErrors, BadBlockSetsAndChannels)
@@ -135,8 +164,7 @@ TEST(TriggerErrors, BadBlockSetsAndChannels)
         EXPECT_EQ(t.GetTriggerState(), qxtsFillPreTrigger);  // the set was not taken in part
     };
     expectInvalid([](TBlockSet& b) { b.Defs.push_back(b.Defs[0]); b.Defs.push_back(b.Defs[0]); });
-    expectInvalid([](TBlockSet& b) { FreeDataDoubleArray(b.Time); b.Time.clear(); });
-    expectInvalid([](TBlockSet& b) { b.Time[0].count = 2; });
+    expectInvalid([](TBlockSet& b) { b.Time[0].count = -1; });
     expectInvalid([](TBlockSet& b) { b.Data[0].count = -1; });
     expectInvalid([](TBlockSet& b) {
         b.Defs.push_back(b.Defs[0]);

@@ -4,6 +4,7 @@
 
 #include "qxbase/control/event_link.h"
 #include "qxbase/framework/component_stream.h"
+#include "qxbase/sources/math_channel_processor.h"
 #include "qxbase/sources/trigger_processor.h"
 #include "tests/measure/trigger_support.h"
 
@@ -69,6 +70,30 @@ TEST(TriggerProcessor, SendsEveryCaptureOnWithTheInputsChannels)
         EXPECT_EQ(cap.Time[1][4], 0.25 * (start + 4));
         EXPECT_EQ(cap.Defs[1].XEnd - cap.Defs[1].XStart, 5);  // five samples of one axis unit
     }
+}
+
+TEST(TriggerProcessor, CapturesBehindAMathChannelProcessor)
+{
+    // A spectrum, and a channel whose operand comes later in the list, arrive without times.
+    TChain c;
+    TKSMathChannelProcessor math;
+    math.SetQXMeasureSource(&c.Source);
+    const TQXCoefficients none{};
+    math.GetTable().AddChannel("Inverted", "V", "", -200, 0, 0, qxvtInverse, 0, 3, -1, 0, 1, 0, 1, none);
+    math.GetTable().AddChannel("Scaled", "V", "", 0, 200, 0, qxvtTwoPoint, 0, 1, -1, 0, 1, 0, 1, none);
+    math.GetTable().AddChannel("Spectrum", "V", "", 0, 1, 0, qxvtFFT, 0, 0, -1, 0, 1, 0, 1, none);
+    c.Processor.SetQXMeasureSource(&math);
+    c.Processor.SetTriggerType(trtPos);
+    c.Processor.SetTriggerBufferSize(5);
+    c.Processor.SetPreTrigger(2);
+    c.SendAll(7);
+    ASSERT_EQ(c.Received.size(), 5u);
+    const TCapture& cap = c.Received[0];  // samples 1 to 5
+    ASSERT_EQ(cap.Data.size(), 5u);
+    EXPECT_EQ(cap.Data[2], (std::vector<double>{-101, -102, -103, -104, -105}));
+    EXPECT_EQ(cap.Data[4], std::vector<double>(5, NoValueMarker));  // of another length
+    EXPECT_EQ(cap.Time[3], (std::vector<double>{0.25, 0.5, 0.75, 1, 1.25}));
+    EXPECT_TRUE(cap.Time[2].empty() && cap.Time[4].empty());
 }
 
 TEST(TriggerProcessor, SettingsAndRearmOnTheBus)
