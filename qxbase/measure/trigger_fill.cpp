@@ -42,7 +42,10 @@ void ShiftIntoStore(double* Store, std::int32_t Size, const double* Source, std:
 
 void TRVTrigger::TriggerOnData()
 {
-    if (FSingleShot && FSingleShotDone) return;
+    if (FSingleShot && FSingleShotDone) {
+        if (FCursor.Position < FCursor.Count) FRefillStore = true;
+        return;
+    }
     FLoopGeneration = FGeneration;
     if (FRefillStore) {
         // The store holds samples from before the pause: pre-trigger samples must be the
@@ -61,6 +64,10 @@ void TRVTrigger::TriggerOnData()
         else
             more = FillTrigger();
     }
+    // A single shot that ended before the end of the block leaves the rest unscanned, so the
+    // store no longer ends just before the next sample. A shot re-armed from a handler goes on
+    // scanning and keeps it.
+    if (more) FRefillStore = true;
 }
 
 bool TRVTrigger::FillPreTrigger()
@@ -166,10 +173,7 @@ bool TRVTrigger::FillTrigger()
         AppendToStore(FCursor.Position, FCursor.Position + 1);
         ++FCursor.Position;
     }
-    if (FSingleShot) {
-        FSingleShotDone = true;
-        FRefillStore = true;
-    }
+    if (FSingleShot) FSingleShotDone = true;
     if (!HandOnCapture()) return false;
     SendStopEvent();
     return Unchanged() && FCursor.Position < FCursor.Count;
@@ -186,10 +190,7 @@ bool TRVTrigger::FillTriggerChartRecorder()
     if (endRun) {
         FTriggered = false;
         FStopPending = false;
-        if (FSingleShot) {
-            FSingleShotDone = true;
-            FRefillStore = true;
-        }
+        if (FSingleShot) FSingleShotDone = true;
     }
     if (!HandOnCapture()) return false;
     if (endRun) {

@@ -218,6 +218,18 @@ TEST(TriggerState, FromPreFillToDoneAndSingleShots)
     FeedCut(t, OneChannel({-8, 14, -9, 15, 16, 17}), {});
     ASSERT_EQ(log.size(), 3u);
     EXPECT_EQ(log[2].Data[0], (std::vector<double>{14, -9, 15, 16}));
+
+    TRVTrigger r;  // re-armed from a handler, the shot scans on without a gap
+    r.SetTriggerType(trtPos);
+    r.SetBufferSize(3);
+    r.SetPreTrigger(2);
+    r.SetSingleShot(true);
+    std::vector<TCapture> rearmed;
+    LogCaptures(r, rearmed);
+    r.OnStop = [](TRVTrigger* Sender) { Sender->StartSingleShot(); };
+    FeedCut(r, OneChannel({5, 5, -1, 1, 2, 3, -1, 1, 2, 9, 9, 9}), {7});
+    ASSERT_EQ(rearmed.size(), 2u);
+    EXPECT_EQ(rearmed[1].Data[0], (std::vector<double>{3, -1, 1}));
 }
 
 TEST(TriggerReceivers, EventsOrderNestedCallsResetsAndFailures)
