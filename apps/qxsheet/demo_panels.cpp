@@ -327,10 +327,36 @@ void TDemoBarMeter::Paint(QPainter& Canvas)
     PaintDisabledVeil(Canvas, area, *this);
 }
 
+TDemoNotePanel::TDemoNotePanel(QWidget* parent) : TKSControlerPanelBase(parent) {}
+
+QString TDemoNotePanel::GetDescription(const QMetaObject&)
+{
+    return QStringLiteral("Note: a text on the page");
+}
+
+void TDemoNotePanel::SetText(const QString& Value)
+{
+    FText = Value;
+    update();
+}
+
+void TDemoNotePanel::Paint(QPainter& Canvas)
+{
+    TKSControlerPanelBase::Paint(Canvas);
+    QFont font = Canvas.font();
+    font.setPixelSize(13);
+    Canvas.setFont(font);
+    Canvas.setPen(qx::ColorToQColor(qx::clBlack));
+    // Below the caption in design mode, and clear of the grabber.
+    const QRect area = rect().adjusted(6, GetDesignMode() ? 14 : 6, -8, -8);
+    Canvas.drawText(area, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextWordWrap, FText);
+}
+
 void RegisterDemoPanels()
 {
     static const bool registered = [] {
-        qx::RegisterKSPanels<TDemoValueDisplay, TDemoLamp, TDemoBarMeter, TDemoSwitchPanel, TDemoButtonPanel>();
+        qx::RegisterKSPanels<TDemoValueDisplay, TDemoLamp, TDemoBarMeter, TDemoSwitchPanel, TDemoButtonPanel,
+                             TDemoNotePanel>();
         RegisterDataPanels();
         return true;
     }();

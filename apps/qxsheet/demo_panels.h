@@ -5,6 +5,7 @@
 
 #include "qxbase/framework/color.h"
 #include "qxbase/framework/variant.h"
+#include "qxbase/panels/controler_panel_base.h"
 #include "qxbase/panels/panel_base.h"
 
 // The panels the demo worksheet is made of. Each draws inside AdjustClientRect() on a face of
@@ -134,11 +135,31 @@ private:
     qx::TColor FBarColor = qx::clBlue;
 };
 
+// A note on the page, built on the controller panel base: its text, word-wrapped, on the
+// panel's Color, with the base's caption, pinner and grabber over it in design mode.
+class TDemoNotePanel : public qx::TKSControlerPanelBase {
+    Q_OBJECT
+    Q_PROPERTY(QString Text READ GetText WRITE SetText)
+
+public:
+    explicit TDemoNotePanel(QWidget* parent = nullptr);
+    static QString GetDescription(const QMetaObject& Class);
+
+    const QString& GetText() const { return FText; }
+    void SetText(const QString& Value);
+
+protected:
+    void Paint(QPainter& Canvas) override;
+
+private:
+    QString FText;
+};
+
 // The type information of the demo's colour properties, "TColor".
 QString ColorTypeInfo();
 
-// Registers the demo panels (binding clients included) with the panel registry; later calls do
-// nothing.
+// Registers the demo panels (binding clients and the note included) with the panel registry;
+// later calls do nothing.
 void RegisterDemoPanels();
 
 }  // namespace qxsheet

@@ -12,6 +12,7 @@
 
 #include "qxbase/framework/exception.h"
 #include "qxbase/framework/host_services.h"
+#include "qxbase/panels/controler_panel_base.h"
 #include "qxbase/panels/panel_base.h"
 #include "qxbase/panels/panel_tab_page.h"
 #include "qxbase/panels/worksheet_file.h"
@@ -28,6 +29,11 @@ qx::TKSPanelTabPage* PageOf(QWidget* widget)
         if (auto* page = qobject_cast<qx::TKSPanelTabPage*>(w))
             return page;
     return nullptr;
+}
+
+QList<qx::TKSControlerPanelBase*> ControlerPanels(const qx::TKSPanelTabPage& page)
+{
+    return page.findChildren<qx::TKSControlerPanelBase*>();
 }
 
 bool IsBundled(const QString& path)
@@ -110,10 +116,13 @@ void TWorksheetWindow::PanelClicked(qx::TKSMSSink& Panel)
     const qx::TShiftState shift = Panel.GetDownShift();
     if (!shift.Contains(qx::ssLeft) || shift.Contains(qx::ssCtrl))
         return;
-    if (qx::TKSPanelTabPage* page = PageOf(&Panel))
+    if (qx::TKSPanelTabPage* page = PageOf(&Panel)) {
         for (qx::TKSMSSink* other : qx::GetAllPagePanels(*page))
             if (other != &Panel)
                 other->SetIsSelected(false);
+        for (qx::TKSControlerPanelBase* other : ControlerPanels(*page))
+            other->SetIsSelected(false);
+    }
 }
 
 bool TWorksheetWindow::eventFilter(QObject* watched, QEvent* event)
@@ -145,6 +154,12 @@ void TWorksheetWindow::ApplyDesignMode(bool Value)
     for (qx::TKSPanelTabPage* page : GetPages()) {
         page->SetIsDesigning(Value);
         for (qx::TKSMSSink* panel : qx::GetAllPagePanels(*page)) {
+            panel->SetSnapToGrid(true);
+            panel->SetGridSpacingX(page->GetGridXSize());
+            panel->SetGridSpacingY(page->GetGridYSize());
+            panel->SetDesignMode(Value);
+        }
+        for (qx::TKSControlerPanelBase* panel : ControlerPanels(*page)) {
             panel->SetSnapToGrid(true);
             panel->SetGridSpacingX(page->GetGridXSize());
             panel->SetGridSpacingY(page->GetGridYSize());
@@ -187,6 +202,8 @@ std::vector<qx::TKSMSSink*> TWorksheetWindow::GetSelectedPanels() const
 void TWorksheetWindow::DeselectAll(const qx::TKSPanelTabPage& Page)
 {
     for (qx::TKSMSSink* panel : qx::GetAllPagePanels(Page))
+        panel->SetIsSelected(false);
+    for (qx::TKSControlerPanelBase* panel : ControlerPanels(Page))
         panel->SetIsSelected(false);
 }
 

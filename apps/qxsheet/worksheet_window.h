@@ -17,8 +17,9 @@ namespace qxsheet {
 
 // The demo host's main window: one tab per worksheet page, a design-mode switch, Open, Save and
 // Save As. In design mode a click selects a panel (Ctrl+click toggles it), a click on the page
-// background deselects all, and panels move and resize on the page's grid. While the window is
-// shown outside design mode, the worksheet's simulated sources run from their timers.
+// background deselects all, and panels move and resize on the page's grid; controller panels
+// take part in design mode and deselection too. While the window is shown outside design mode,
+// the worksheet's simulated sources run from their timers.
 class TWorksheetWindow : public QMainWindow {
     Q_OBJECT
 
@@ -36,7 +37,7 @@ public:
     const QString& GetPath() const { return FPath; }
 
     bool GetDesignMode() const;
-    // Switches every page and every panel, nested ones included.
+    // Switches every page and every panel, nested ones and controller panels included.
     void SetDesignMode(bool Value);
     // The selected panels of all pages, in page order.
     std::vector<qx::TKSMSSink*> GetSelectedPanels() const;

@@ -15,14 +15,21 @@ std::map<QString, TStreamClassDescriptor>& Registry()
 
 }  // namespace
 
-void RegisterStreamClass(const QString& className, TStreamClassDescriptor descriptor)
+bool RegisterStreamClass(const QString& className, TStreamClassDescriptor descriptor)
 {
     if (className.isEmpty())
         throw EStreamError(QStringLiteral("A stream class needs a name"));
     if (!descriptor.Factory)
         throw EStreamError(QStringLiteral("Class %1 has no factory").arg(className));
-    if (!Registry().try_emplace(className, std::move(descriptor)).second)
-        throw EStreamError(QStringLiteral("A class named %1 already exists").arg(className));
+    const QMetaObject* const cls = descriptor.Class;
+    const auto [it, added] = Registry().try_emplace(className, std::move(descriptor));
+    if (added)
+        return true;
+    // Hosts register their classes wherever they need them; only two classes under one name
+    // are a conflict, since a file could not say which of them it holds.
+    if (cls != nullptr && it->second.Class == cls)
+        return false;
+    throw EStreamError(QStringLiteral("A class named %1 already exists").arg(className));
 }
 
 QString StreamClassName(const QMetaObject& meta)

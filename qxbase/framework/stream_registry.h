@@ -23,17 +23,22 @@ using TStreamClassFactory = std::function<std::unique_ptr<QObject>(QObject* pare
 
 // What the streaming registry knows about a class: its factory and its class-level operations.
 // The operations are optional; the panel registries fill them from the class's static
-// GetDescription, GetClassIcon and GetDependencies.
+// GetDescription, GetClassIcon and GetDependencies. `Class` is the class the factory builds, by
+// which a second registration of the same class is told from another class of the same name;
+// null when not known.
 struct TStreamClassDescriptor {
     TStreamClassFactory Factory;
     std::function<QString()> Description;
     std::function<QImage()> ClassIcon;
     std::function<QString()> Dependencies;
+    const QMetaObject* Class = nullptr;
 };
 
-// Registers a class under its name. Raises EStreamError ("A class named <name> already exists")
-// for a name already registered, and for an empty name or a missing factory.
-QXBASE_EXPORT void RegisterStreamClass(const QString& className, TStreamClassDescriptor descriptor);
+// Registers a class under its name and returns true. Registering the same class again (the same
+// non-null `Class`) keeps the first registration and returns false. Raises EStreamError ("A class
+// named <name> already exists") for a name taken by another class or by a descriptor without
+// `Class`, and for an empty name or a missing factory.
+QXBASE_EXPORT bool RegisterStreamClass(const QString& className, TStreamClassDescriptor descriptor);
 // Removes a class; returns false when it was not registered.
 QXBASE_EXPORT bool UnregisterStreamClass(const QString& className);
 // The descriptor of a class, or null when unknown. The pointer stays valid until the class is
@@ -49,13 +54,15 @@ QXBASE_EXPORT std::unique_ptr<QObject> CreateStreamComponent(const QString& clas
 // registered; null when none is.
 QXBASE_EXPORT const TStreamClassDescriptor* FindStreamClassOf(const QObject& component);
 
-// The descriptor registered by RegisterStreamClass<T>(): a factory calling T(parent). T takes a
-// QWidget* parent when it is a widget, otherwise a QObject* parent.
+// The descriptor registered by RegisterStreamClass<T>(): a factory calling T(parent), and T's
+// meta-object as `Class`. T takes a QWidget* parent when it is a widget, otherwise a QObject*
+// parent.
 template <class T>
 TStreamClassDescriptor MakeStreamClassDescriptor()
 {
     static_assert(std::is_base_of_v<QObject, T>, "stream classes are QObjects");
     TStreamClassDescriptor descriptor;
+    descriptor.Class = &T::staticMetaObject;
     descriptor.Factory = [](QObject* parent) -> std::unique_ptr<QObject> {
         if constexpr (std::is_base_of_v<QWidget, T>) {
             QWidget* widgetParent = qobject_cast<QWidget*>(parent);
@@ -72,9 +79,9 @@ TStreamClassDescriptor MakeStreamClassDescriptor()
 
 // Registers T under its meta-object class name with MakeStreamClassDescriptor<T>().
 template <class T>
-void RegisterStreamClass()
+bool RegisterStreamClass()
 {
-    RegisterStreamClass(StreamClassName(T::staticMetaObject), MakeStreamClassDescriptor<T>());
+    return RegisterStreamClass(StreamClassName(T::staticMetaObject), MakeStreamClassDescriptor<T>());
 }
 
 }  // namespace qx

@@ -1,6 +1,7 @@
 #include "qxbase/panels/panel_registry.h"
 
 #include <memory>
+#include <utility>
 
 #include "qxbase/panels/panel_tab_page.h"
 
@@ -13,6 +14,8 @@ struct TRegistries {
     bool PageRegistered = false;
     std::unique_ptr<QStringList> Panels;
     std::unique_ptr<QStringList> Sources;
+    // The classes the registries added to the streaming registry, removed again at the end.
+    QStringList Streamed;
 };
 
 TRegistries& Registries()
@@ -32,7 +35,8 @@ void RegisterInto(const std::unique_ptr<QStringList>& list, const QString& class
                   TStreamClassDescriptor descriptor)
 {
     QStringList& names = Existing(list);
-    RegisterStreamClass(className, std::move(descriptor));
+    if (RegisterStreamClass(className, std::move(descriptor)))
+        Registries().Streamed.append(className);
     names.append(className);
 }
 
@@ -70,6 +74,11 @@ void QxbasePanelsFinalize()
     if (registries.PageRegistered)
         UnregisterStreamClass(StreamClassName(TKSPanelTabPage::staticMetaObject));
     registries.PageRegistered = false;
+    // So that a new start meets the streaming registry as the first one did, and the host's
+    // classes register and list again.
+    for (const QString& className : std::as_const(registries.Streamed))
+        UnregisterStreamClass(className);
+    registries.Streamed.clear();
     registries.Panels.reset();
     registries.Sources.reset();
 }

@@ -19,8 +19,9 @@ QXBASE_EXPORT QStringList& SourceClassNames();
 // Counted start and end of the panel unit. Loading the library calls Initialize once and
 // unloading it calls Finalize; a host may add balanced pairs of its own. Only the first
 // Initialize creates the two lists and registers TKSPanelTabPage for streaming; only the last
-// Finalize frees the lists and removes the page class again. A Finalize without a matching
-// Initialize does nothing.
+// Finalize frees the lists and removes from the streaming registry the page class and every
+// class the register functions added there, so a new Initialize starts as the first did. A
+// Finalize without a matching Initialize does nothing.
 QXBASE_EXPORT void QxbasePanelsInitialize();
 QXBASE_EXPORT void QxbasePanelsFinalize();
 
@@ -41,8 +42,9 @@ TStreamClassDescriptor MakePanelClassDescriptor()
     return descriptor;
 }
 
-// Registers a class with the streaming registry and appends its name to one of the two lists.
-// Raises EStreamError when the class is registered for streaming already, and
+// Registers a class with the streaming registry (where registering it again keeps the first
+// registration) and appends its name to one of the two lists, also when it is listed already.
+// Raises EStreamError when another class is registered for streaming under the name, and
 // EPanelRegistryError while the lists do not exist; the list is then unchanged.
 QXBASE_EXPORT void RegisterKSPanelClass(const QString& ClassName, TStreamClassDescriptor Descriptor);
 QXBASE_EXPORT void RegisterKSSourceClass(const QString& ClassName, TStreamClassDescriptor Descriptor);

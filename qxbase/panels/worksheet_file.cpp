@@ -16,6 +16,7 @@
 #include "qxbase/framework/component_stream.h"
 #include "qxbase/framework/exception.h"
 #include "qxbase/framework/stream_registry.h"
+#include "qxbase/panels/controler_panel_base.h"
 #include "qxbase/panels/panel_base.h"
 #include "qxbase/panels/panel_tab_page.h"
 
@@ -70,13 +71,15 @@ QString PagePlace(const QString& file, const QString& pageName)
     return Join(file, QStringLiteral("page \"%1\"").arg(pageName));
 }
 
-// The children a component's entry holds: panels, and components of classes registered for
-// streaming. Internal helpers of a panel (timers, menus, plain widgets) are not streamed.
+// The children a page or a component holds on file: panels of either base, and components of
+// classes registered for streaming. Panels go in even when their class is not registered, so
+// that saving one fails instead of dropping it. Internal helpers of a panel (timers, menus,
+// plain widgets) are not streamed.
 std::vector<QObject*> HeldChildren(const QObject& owner)
 {
     std::vector<QObject*> held;
     for (QObject* child : owner.children())
-        if (qobject_cast<TKSMSSink*>(child) != nullptr
+        if (qobject_cast<TKSMSSink*>(child) != nullptr || qobject_cast<TKSControlerPanelBase*>(child) != nullptr
             || FindStreamClass(StreamClassName(*child->metaObject())) != nullptr)
             held.push_back(child);
     return held;
@@ -216,21 +219,19 @@ private:
         const QString place = PagePlace(FFile, name);
         const QJsonArray panels = RequiredList(json, KPanelsKey, place);
         for (qsizetype i = 0; i < panels.size(); ++i)
-            ReadHeld(panels.at(i), *page, place, Join(place, QStringLiteral("panel %1").arg(i + 1)), FNames, true);
+            ReadHeld(panels.at(i), *page, place, Join(place, QStringLiteral("panel %1").arg(i + 1)), FNames);
         return result;
     }
 
     // Reads one entry as a child of `owner`; on success the owner holds it.
     void ReadHeld(const QJsonValue& entry, QObject& owner, const QString& ownerPlace, const QString& entryPlace,
-                  TNameSet& names, bool panelOnly)
+                  TNameSet& names)
     {
         const QJsonObject json = EntryObject(entry, entryPlace);
         CheckKeys(json, KHeldKeys, entryPlace);
         names.Add(EntryName(json, entryPlace), entryPlace);
         std::unique_ptr<QObject> component = ReadComponent(json, &owner, ownerPlace);
         const QString place = Join(ownerPlace, ComponentPlace(*component));
-        if (panelOnly && qobject_cast<TKSMSSink*>(component.get()) == nullptr)
-            Fail(place, QStringLiteral("not a panel"));
         if (auto* widget = qobject_cast<QWidget*>(component.get()))
             ApplyGeometry(*widget, json.value(KGeometryKey), place);
         else if (json.contains(KGeometryKey))
@@ -239,8 +240,7 @@ private:
             const QJsonArray held = RequiredList(json, KComponentsKey, place);
             TNameSet inner(QStringLiteral("in %1").arg(ComponentPlace(*component)));
             for (qsizetype i = 0; i < held.size(); ++i)
-                ReadHeld(held.at(i), *component, place, Join(place, QStringLiteral("component %1").arg(i + 1)), inner,
-                         false);
+                ReadHeld(held.at(i), *component, place, Join(place, QStringLiteral("component %1").arg(i + 1)), inner);
         }
         component.release();
     }
@@ -344,7 +344,7 @@ QByteArray WriteWorksheet(const std::vector<TKSPanelTabPage*>& Pages)
         QJsonObject json = WriteComponent(*page);
         const QString place = PagePlace({}, page->objectName());
         QJsonArray panels;
-        for (const TKSMSSink* panel : GetPagePanels(*page)) {
+        for (const QObject* panel : HeldChildren(*page)) {
             names.Add(panel->objectName(), Join(place, ComponentPlace(*panel)));
             panels.append(WriteHeld(*panel, place));
         }

@@ -13,11 +13,12 @@ class QObject;
 //   {"format": "qxbase worksheet", "version": 1,
 //    "pages": [{<page component>, "panels": [{<panel component>, "geometry": [l, t, w, h],
 //                                             "components": [...]}]}]}
-// where a component is what WriteComponent gives. "components" holds what a panel owns: its child
-// panels and its children of classes registered for streaming, nested the same way.
+// where a component is what WriteComponent gives. "panels" holds what a page holds and
+// "components" what a panel holds, nested the same way: panels (TKSMSSink and controller panels,
+// TKSControlerPanelBase) and children of classes registered for streaming.
 //
-// Names: pages and panels share one namespace per worksheet (bindings find panels by name alone);
-// the components inside a panel are unique within that panel. No name may be empty.
+// Names: pages and what they hold share one namespace per worksheet (bindings find panels by name
+// alone); the components inside a panel are unique within that panel. No name may be empty.
 namespace qx {
 
 class TKSMSSink;
@@ -27,7 +28,7 @@ inline constexpr int KWorksheetVersion = 1;
 // "qxbase worksheet", the value of "format".
 QXBASE_EXPORT QString WorksheetFormatTag();
 
-// The panels of a page in child order (that is, stacking order), without nested ones.
+// The panels (TKSMSSink) of a page in child order (that is, stacking order), without nested ones.
 QXBASE_EXPORT std::vector<TKSMSSink*> GetPagePanels(const TKSPanelTabPage& Page);
 // Every panel on a page, nested ones included, each followed by those it holds.
 QXBASE_EXPORT std::vector<TKSMSSink*> GetAllPagePanels(const TKSPanelTabPage& Page);

@@ -105,9 +105,16 @@ TEST_F(Worksheet, DesignSwitchReachesEveryPanelOfEveryPage)
         EXPECT_EQ(panel->GetGridSpacingX(), 10);
     }
     for (qx::TKSPanelTabPage* page : window->GetPages()) EXPECT_TRUE(page->GetIsDesigning());
+    // The note is a controller panel, and switches with the others.
+    auto* note = window->GetPages().front()->findChild<TDemoNotePanel*>("OperatorNote");
+    ASSERT_NE(note, nullptr);
+    EXPECT_TRUE(note->GetDesignMode() && note->GetSnapToGrid() && note->GetIsPinned());
+    EXPECT_EQ(note->GetGridSpacingY(), 10);
     panels.back()->SetIsSelected(true);
+    note->SetIsSelected(true);
     window->GetDesignAction()->trigger();
     for (qx::TKSMSSink* panel : panels) EXPECT_FALSE(panel->GetDesignMode() || panel->GetIsSelected());
+    EXPECT_FALSE(note->GetDesignMode() || note->GetIsSelected());
     for (qx::TKSPanelTabPage* page : window->GetPages()) EXPECT_FALSE(page->GetIsDesigning());
 }
 
@@ -132,8 +139,12 @@ TEST_F(Worksheet, ClicksSelectTogglesAndDeselectAndDragsSnapToTheGrid)
     EXPECT_EQ(selected(), (std::vector<qx::TKSMSSink*>{&a, &b}));
     QTest::mouseClick(&b, Qt::LeftButton, Qt::ControlModifier, Centre(b));
     EXPECT_EQ(selected(), std::vector<qx::TKSMSSink*>{&a});
+    auto& note = *page.findChild<TDemoNotePanel*>("OperatorNote");
+    QTest::mouseClick(&note, Qt::LeftButton, Qt::ControlModifier, note.rect().center());
+    EXPECT_TRUE(note.GetIsSelected());
     QTest::mouseClick(&page, Qt::LeftButton, {}, QPoint(700, 300));
     EXPECT_TRUE(selected().empty());
+    EXPECT_FALSE(note.GetIsSelected());
 
     // A drag of (23, 14) lands on the page's 10-pixel grid.
     const QPoint start = a.pos();

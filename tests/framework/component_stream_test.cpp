@@ -210,12 +210,14 @@ TEST_F(ComponentStream, BadComponentsNameThePlaceAndLeaveNothingBehind)
     }
 }
 
-TEST_F(ComponentStream, RegistryRefusesUnknownAndDuplicateClasses)
+TEST_F(ComponentStream, RegistryRefusesUnknownClassesAndTwoClassesUnderOneName)
 {
     EXPECT_THAT([&] { (void)ReadComponent(Parse(R"({"class":"TNoSuch","name":"x"})"), &FOwner, QStringLiteral("Sheet 1")); },
                 Throws<EClassNotFound>(Property(&EClassNotFound::Message,
                                                 QStringLiteral(R"(Sheet 1, Component "x": Class TNoSuch not found)"))));
-    EXPECT_THAT([] { RegisterStreamClass<TStreamGauge>(); }, StreamErrorWith("A class named TStreamGauge already exists"));
+    EXPECT_FALSE(RegisterStreamClass<TStreamGauge>()) << "the same class again is kept";
+    EXPECT_THAT([] { RegisterStreamClass(QStringLiteral("TStreamGauge"), MakeStreamClassDescriptor<TStreamPanel>()); },
+                StreamErrorWith("A class named TStreamGauge already exists"));
     EXPECT_THAT([&] { (void)CreateStreamComponent(QStringLiteral("TStreamPanel"), &FOwner); },
                 StreamErrorWith("Class TStreamPanel needs a widget as its parent"));
     QWidget page;
@@ -223,7 +225,7 @@ TEST_F(ComponentStream, RegistryRefusesUnknownAndDuplicateClasses)
     EXPECT_EQ(panel->parent(), &page);
 
     // A factory that builds the wrong class would write files that load as something else.
-    RegisterStreamClass(QStringLiteral("TImpostor"), {.Factory = [](QObject* parent) { return std::make_unique<TCounted>(parent); }, .Description = {}, .ClassIcon = {}, .Dependencies = {}});
+    RegisterStreamClass(QStringLiteral("TImpostor"), {.Factory = [](QObject* parent) { return std::make_unique<TCounted>(parent); }, .Description = {}, .ClassIcon = {}, .Dependencies = {}, .Class = nullptr});
     EXPECT_THAT([&] { (void)CreateStreamComponent(QStringLiteral("TImpostor"), &FOwner); },
                 StreamErrorWith("The factory of class TImpostor created a TCounted"));
     EXPECT_TRUE(UnregisterStreamClass(QStringLiteral("TImpostor")));

@@ -21,7 +21,14 @@ public:
     static QString GetDependencies() { return QStringLiteral("gauge.bpl"); }
 };
 
+class TRegistryMeter : public TRegistryGauge {
+    Q_OBJECT
+public:
+    using TRegistryGauge::TRegistryGauge;
+};
+
 const QString KGauge = StreamClassName(TRegistryGauge::staticMetaObject);
+const QString KMeter = StreamClassName(TRegistryMeter::staticMetaObject);
 const QString KPage = StreamClassName(TKSPanelTabPage::staticMetaObject);
 
 TEST(StringListVariant, EmptyListIsTheIntegerZeroAndLinesAStringArrayFromZero)
@@ -47,38 +54,45 @@ TEST(StringListVariant, EmptyListIsTheIntegerZeroAndLinesAStringArrayFromZero)
     EXPECT_TRUE(lines.isEmpty());
 }
 
-TEST(PanelRegistry, DuplicateRegistrationRaisesAndLeavesTheListsAlone)
+TEST(PanelRegistry, DuplicatesAreListedAgainAndTheBatchGoesOn)
 {
     const QStringList before = ClassNames();
-    RegisterKSPanels<TRegistryGauge>();
-    EXPECT_EQ(ClassNames(), before + QStringList{KGauge});
+    RegisterKSPanels<TRegistryGauge, TRegistryGauge, TRegistryMeter>();
+    EXPECT_EQ(ClassNames(), before + QStringList({KGauge, KGauge, KMeter}));
     EXPECT_EQ(FindStreamClass(KGauge)->Dependencies(), "gauge.bpl");
+    RegisterKSSources<TRegistryGauge>();
+    EXPECT_EQ(SourceClassNames().count(KGauge), 1);
 
-    EXPECT_THROW(RegisterKSPanels<TRegistryGauge>(), EStreamError);
-    EXPECT_THROW(RegisterKSSources<TRegistryGauge>(), EStreamError);
-    EXPECT_EQ(ClassNames(), before + QStringList{KGauge});
-    EXPECT_FALSE(SourceClassNames().contains(KGauge));
-    UnregisterStreamClass(KGauge);
-    ClassNames().removeAll(KGauge);
+    for (const QString& name : {KGauge, KMeter}) {
+        UnregisterStreamClass(name);
+        ClassNames().removeAll(name);
+        SourceClassNames().removeAll(name);
+    }
 }
 
-TEST(PanelRegistry, OnlyTheLastFinalizeFreesTheListsAndThePageClass)
+TEST(PanelRegistry, OnlyTheLastFinalizeFreesTheListsAndAStartAfterItIsAFreshOne)
 {
     ASSERT_NE(FindStreamClass(KPage), nullptr) << "registered at load";
     QxbasePanelsInitialize();
+    RegisterKSPanels<TRegistryGauge>();
     QxbasePanelsFinalize();
     EXPECT_NO_THROW(ClassNames());
 
     QxbasePanelsFinalize();
     EXPECT_THROW(ClassNames(), EPanelRegistryError);
-    EXPECT_THROW(RegisterKSPanels<TRegistryGauge>(), EPanelRegistryError);
+    EXPECT_THROW(RegisterKSPanels<TRegistryMeter>(), EPanelRegistryError);
     EXPECT_EQ(FindStreamClass(KGauge), nullptr);
+    EXPECT_EQ(FindStreamClass(KMeter), nullptr);
     EXPECT_EQ(FindStreamClass(KPage), nullptr);
     QxbasePanelsFinalize();  // unbalanced: ignored
 
     QxbasePanelsInitialize();
     EXPECT_TRUE(ClassNames().isEmpty());
     EXPECT_NE(FindStreamClass(KPage), nullptr);
+    RegisterKSPanels<TRegistryGauge>();
+    EXPECT_EQ(ClassNames(), QStringList{KGauge});
+    UnregisterStreamClass(KGauge);
+    ClassNames().clear();
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include "qxbase/framework/exception.h"
 #include "qxbase/framework/stream_registry.h"
+#include "qxbase/panels/controler_panel_base.h"
 #include "qxbase/panels/panel_base.h"
 #include "qxbase/panels/panel_tab_page.h"
 #include "qxbase/panels/worksheet_file.h"
@@ -60,6 +61,13 @@ private:
     QString FText;
 };
 
+// A controller panel class nobody registered for streaming.
+class TUnlistedControler : public TKSControlerPanelBase {
+    Q_OBJECT
+public:
+    using TKSControlerPanelBase::TKSControlerPanelBase;
+};
+
 namespace {
 
 class WorksheetFile : public ::testing::Test {
@@ -69,6 +77,7 @@ public:
         if (FindStreamClass(QStringLiteral("TRecordingPanel")) == nullptr) {
             RegisterStreamClass<TRecordingPanel>();
             RegisterStreamClass<TStreamTag>();
+            RegisterStreamClass<TKSControlerPanelBase>();
         }
     }
     void SetUp() override { GLog = {}; }
@@ -104,7 +113,8 @@ QString Names(const std::vector<TKSMSSink*>& panels)
     return names.join(',');
 }
 
-// Two pages: the first with panels a, b (holding panel n and tag t) and c, stacked a, c, b.
+// Two pages: the first with panels a, b (holding panel n and tag t), c and controller panel k,
+// stacked a, c, k, b.
 TEST_F(WorksheetFile, ReadsBackWhatItWroteByteForByteAndFinishesOnlyAfterTheLastPanel)
 {
     TKSPanelTabPage& p = AddPage("P");
@@ -117,6 +127,14 @@ TEST_F(WorksheetFile, ReadsBackWhatItWroteByteForByteAndFinishesOnlyAfterTheLast
     AddPanel(b, "n", {5, 15, 60, 40});
     (new TStreamTag(&b))->setObjectName("t");
     AddPanel(p, "c", {0, 0, 20, 25});  // below the minimum size: a file keeps it anyway
+    auto* k = new TKSControlerPanelBase(&p);
+    k->setObjectName("k");
+    k->setGeometry(400, 10, 80, 50);
+    k->SetCaption("Stirrer");
+    k->SetColor(clYellow);
+    k->SetIsPinned(true);
+    k->SetEnableRunTimePropPage(false);
+    k->SetVersion("2.1");
     b.raise();
     AddPanel(AddPage("Q"), "d", {30, 30, 30, 30});
 
@@ -141,6 +159,14 @@ TEST_F(WorksheetFile, ReadsBackWhatItWroteByteForByteAndFinishesOnlyAfterTheLast
     EXPECT_EQ(readN->parent()->objectName(), "b");
     EXPECT_EQ(readN->geometry(), QRect(5, 15, 60, 40));
     EXPECT_NE(FPages[0]->findChild<TStreamTag*>("t"), nullptr);
+    auto* readK = FPages[0]->findChild<TKSControlerPanelBase*>("k");
+    ASSERT_NE(readK, nullptr) << "a controller panel on a page";
+    EXPECT_EQ(readK->geometry(), QRect(400, 10, 80, 50));
+    EXPECT_EQ(readK->GetCaption(), "Stirrer");
+    EXPECT_EQ(readK->GetColor(), clYellow);
+    EXPECT_TRUE(readK->GetIsPinned());
+    EXPECT_FALSE(readK->GetEnableRunTimePropPage());
+    EXPECT_EQ(readK->GetVersion(), "2.1");
 
     // Once each, a holder before what it holds, and only when all five were read.
     EXPECT_EQ(GLog.Finished, QStringList({"a", "c", "b", "n", "d"}));
@@ -169,6 +195,9 @@ TEST_F(WorksheetFile, WritingRefusesWhatCouldNotBeReadBack)
         {"panel of an unregistered class",
          [](WorksheetFile& f) { (new TKSMSSink(&f.AddPage("P")))->setObjectName("x"); },
          R"(page "P", Component "x" (TKSMSSink): class TKSMSSink is not registered for streaming)"},
+        {"controller panel of an unregistered class",
+         [](WorksheetFile& f) { (new TUnlistedControler(&f.AddPage("P")))->setObjectName("x"); },
+         R"(page "P", Component "x" (TUnlistedControler): class TUnlistedControler is not registered for streaming)"},
     };
     for (const Row& row : rows) {
         FPages.clear();
@@ -228,7 +257,6 @@ TEST_F(WorksheetFile, ABadFileNamesThePlaceAndLeavesNothingBehind)
          R"(sheet.qxw, Component "Q" (TKSPanelTabPage), property "ShowGrid": boolean expected but integer found)"},
         {Sheet("7"), p + "panel 1: object expected but integer found"},
         {Sheet(R"({"class": "TNoSuchPanel", "name": "x"})"), p + R"(Component "x": Class TNoSuchPanel not found)"},
-        {Sheet(R"({"class": "TKSPanelTabPage", "name": "x"})"), p + R"(Component "x" (TKSPanelTabPage): not a panel)"},
         {Sheet(Panel(R"(, "properties": {"Gain": "high"})")), x + R"(, property "Gain": float expected but string found)"},
         {Sheet(R"({"class": "TRecordingPanel", "name": "x"})"), x + R"(: "geometry" is missing)"},
         {Sheet(R"({"class": "TRecordingPanel", "name": "x", "geometry": [0, 0, 40]})"),
