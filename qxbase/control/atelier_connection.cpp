@@ -7,13 +7,13 @@ namespace qx {
 
 void TAtelierItemBase::SetBitmap(const QImage* Value)
 {
-    if (Value != nullptr && !Value->isNull())
+    if (Value != nullptr)
         FBitmap = Value->copy();
 }
 
 void TAtelierItemBase::SetIcon(const QImage* Value)
 {
-    if (Value != nullptr && !Value->isNull())
+    if (Value != nullptr)
         FIcon = Value->copy();
 }
 

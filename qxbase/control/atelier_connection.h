@@ -41,7 +41,7 @@ public:
     void SetParam(std::int32_t Value) { FParam = Value; }
     std::int32_t GetTableid() const { return FTableid; }
     void SetTableid(std::int32_t Value) { FTableid = Value; }
-    // Copy the picture; a null image is ignored.
+    // Copy the picture; an empty image clears the item's, a missing one (nullptr) is ignored.
     const QImage& GetBitmap() const { return FBitmap; }
     void SetBitmap(const QImage* Value);
     const QImage& GetIcon() const { return FIcon; }

@@ -15,6 +15,9 @@ namespace {
 
 constexpr int kPrecision = 15;
 constexpr int kMaxPrecision = 17;
+// Below this no rounding to 1..17 digits can carry a double past the largest one (one digit
+// takes 1.5E308 up to 2E308).
+constexpr double kRoundingMayOverflow = 1e308;
 
 [[noreturn]] void RaiseFloat(const QString& text)
 {
@@ -73,6 +76,13 @@ QString FloatToStrGeneral(double value, int precision)
     std::array<char, 64> buf{};
     auto res = std::to_chars(buf.data(), buf.data() + buf.size(), value,
                              std::chars_format::scientific, precision - 1);
+    // Rounding the largest doubles up can leave the range (1.79769313486232E308 for the
+    // largest), which no reader takes; they get the shortest digits that read back instead.
+    if (std::fabs(value) > kRoundingMayOverflow) {
+        double back = 0;
+        if (std::from_chars(buf.data(), res.ptr, back).ec != std::errc())
+            res = std::to_chars(buf.data(), buf.data() + buf.size(), value, std::chars_format::scientific);
+    }
     std::string_view sci(buf.data(), static_cast<std::size_t>(res.ptr - buf.data()));
     const bool negative = sci.front() == '-';
     if (negative) sci.remove_prefix(1);

@@ -11,7 +11,9 @@ namespace qx {
 // The general float format: the shorter of fixed and exponent form with up to 15 significant
 // digits. Fixed form is used while the integer part has at most 15 digits and |value| >= 1E-5;
 // otherwise exponent form with "E", a sign only when negative and no leading zeros
-// (1.7E30, 1E-6). NaN and infinities give "NAN", "INF" and "-INF"; -0 gives "0".
+// (1.7E30, 1E-6). NaN and infinities give "NAN", "INF" and "-INF"; -0 gives "0". A value
+// that the rounding would carry past the largest double gets the shortest digits that read
+// back exactly instead (1.7976931348623157E308), so StrToFloat reads every text written here.
 QXBASE_EXPORT QString FloatToStr(double value);
 // The same format with another number of significant digits (clamped to 1..17); fixed form
 // is used while the integer part has at most that many digits. Singles use 7.

@@ -238,7 +238,7 @@ void TKSPropIniFile::WriteBool(const QString& section, const QString& key, bool 
 
 void TKSPropIniFile::WriteFloat(const QString& section, const QString& key, double value)
 {
-    // 15 digits can miss the double, or even leave its range (1.79769313486232E308).
+    // 15 digits can miss the double (0.1 + 0.2 reads back as 0.3); take up to 17.
     QString text = FloatToStr(value);
     double back = 0;
     for (int precision = 16; std::isfinite(value) && precision <= 17; ++precision) {

@@ -53,13 +53,19 @@ public:
     bool Write(const QByteArray& bytes) override
     {
         if (bytes.isEmpty()) return true;
-        if (FPort.write(bytes) != bytes.size()) return false;
-        const QDeadlineTimer deadline(FSettings.WriteTimeout);
-        while (FPort.bytesToWrite() > 0) {
-            const qint64 left = deadline.remainingTime();
-            if (left <= 0 || !FPort.waitForBytesWritten(int(left))) return false;
+        if (FPort.write(bytes) == bytes.size()) {
+            const QDeadlineTimer deadline(FSettings.WriteTimeout);
+            bool sent = true;
+            while (sent && FPort.bytesToWrite() > 0) {
+                const qint64 left = deadline.remainingTime();
+                sent = left > 0 && FPort.waitForBytesWritten(int(left));
+            }
+            if (sent) return true;
         }
-        return true;
+        // What is left would go out with the next read or write, and a module would carry out
+        // a command the caller already counts as failed.
+        FPort.clear(QSerialPort::Output);
+        return false;
     }
 
     QByteArray Read(int maxBytes) override

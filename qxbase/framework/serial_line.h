@@ -16,6 +16,7 @@ public:
     virtual ~TSerialLine();
 
     // Sends every byte; false when the line refuses them or the write time-out passes first.
+    // Bytes not sent by then are dropped, never sent later.
     virtual bool Write(const QByteArray& bytes) = 0;
     // Returns up to maxBytes: at once when that many have arrived, else what has arrived when
     // the read time-out passes (possibly nothing). Never blocks longer than the time-out.

@@ -111,8 +111,13 @@ QString DateToText(double oleDate)
     const double fraction = std::fabs(oleDate - static_cast<double>(day));
     qint64 seconds = std::llround(fraction * kSecondsPerDay);
     if (seconds >= kSecondsPerDay) {
-        seconds -= kSecondsPerDay;
-        ++day;
+        // The last half second of the range stays on its last day: 10000-01-01 does not read back.
+        if (static_cast<double>(day + 1) < kOleDateEnd) {
+            seconds -= kSecondsPerDay;
+            ++day;
+        } else {
+            seconds = kSecondsPerDay - 1;
+        }
     }
     const QDate date = QDate::fromJulianDay(kJulianDayOfOleZero + day);
     QString text = Pad(date.year(), 4) + QLatin1Char('-') + Pad(date.month(), 2) + QLatin1Char('-') +

@@ -127,13 +127,10 @@ bool TKSControlerPanelBase::IsInPinner(const QPoint& Point) const { return IsInP
 
 void TKSControlerPanelBase::SetBounds(int Left, int Top, int Width, int Height)
 {
-    int newWidth = Width;
-    int newHeight = Height;
-    if (!GetIsLoading() && !CanResize(newWidth, newHeight)) {
-        newWidth = width();
-        newHeight = height();
-    }
-    setGeometry(Left, Top, newWidth, newHeight);
+    // A refused size keeps the place too (a snapped resize moves the corner it does not drag).
+    if (!GetIsLoading() && !CanResize(Width, Height))
+        return;
+    setGeometry(Left, Top, Width, Height);
 }
 
 bool TKSControlerPanelBase::CanResize(int& NewWidth, int& NewHeight)

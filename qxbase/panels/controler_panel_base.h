@@ -79,8 +79,8 @@ public:
     bool IsInGrabber(const QPoint& Point) const;
     bool IsInPinner(const QPoint& Point) const;
 
-    // Sets left, top, width and height at once; a size CanResize refuses keeps the old size
-    // and still applies the position.
+    // Sets left, top, width and height at once; a size CanResize refuses changes nothing, the
+    // position included.
     void SetBounds(int Left, int Top, int Width, int Height);
     // Refuses sizes below ControlerPanelMinSize.
     virtual bool CanResize(int& NewWidth, int& NewHeight);

@@ -145,8 +145,8 @@ public:
     // True while the panel is read from a stream or while it changes its own visibility.
     bool GetIsLoaded() const;
 
-    // Sets left, top, width and height at once. A change of size must pass CanResize; a refused
-    // size leaves the size as it was and still applies the position.
+    // Sets left, top, width and height at once, after CanResize accepts the size; a refused size
+    // changes nothing, the position included.
     void SetBounds(int Left, int Top, int Width, int Height);
     // False when the size is below WindowMinSize. Otherwise true, after clipping the window as
     // the mode needs (run time: caption and bottom strip cut away) and firing OnPanelChanged.

@@ -227,14 +227,11 @@ bool TKSMSSink::IsInPageActivator(const QPoint& Point) const { return IsInPageAc
 
 void TKSMSSink::SetBounds(int Left, int Top, int Width, int Height)
 {
-    int newWidth = Width;
-    int newHeight = Height;
-    // A stream sets the stored bounds as they are.
-    if (!GetIsLoading() && !CanResize(newWidth, newHeight)) {
-        newWidth = width();
-        newHeight = height();
-    }
-    setGeometry(Left, Top, newWidth, newHeight);
+    // A refused size keeps the place too: a left or top grabber dragged past the minimum would
+    // otherwise slide the panel. A stream sets the stored bounds as they are.
+    if (!GetIsLoading() && !CanResize(Width, Height))
+        return;
+    setGeometry(Left, Top, Width, Height);
 }
 
 bool TKSMSSink::CanResize(int& NewWidth, int& NewHeight)

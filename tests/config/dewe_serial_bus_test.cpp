@@ -1,6 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <QElapsedTimer>
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <cstdlib>
 #include <memory>
 #include <tuple>
 
@@ -43,6 +48,20 @@ constexpr qint64 SilentSearchesLowerBound = 2 * (DeweMaxAddress + 1) * DeweLineS
 constexpr qint64 SilentSearchesUpperBound =
     2 * (DeweLineSettings.ReadTimeout +
          (DeweMaxAddress + 1) * (DeweLineSettings.WriteTimeout + 20 + DeweLineSettings.ReadTimeout));
+
+// Everything the far end of a pseudo-terminal gets until nothing more comes for 100 ms.
+QByteArray ReadUntilQuiet(int master)
+{
+    QByteArray got;
+    pollfd fd{master, POLLIN, 0};
+    char buffer[4096];
+    while (poll(&fd, 1, 100) > 0) {
+        const ssize_t n = read(master, buffer, sizeof buffer);
+        if (n <= 0) break;
+        got.append(buffer, n);
+    }
+    return got;
+}
 
 }  // namespace
 
@@ -170,4 +189,23 @@ TEST(DeweSerialBus, AVanishedBusNeverHangsTheDriver)
     modules.FindPADModules();
     EXPECT_EQ(modules.GetModuleCount() + modules.GetModuleCountPAD(), 0);
     EXPECT_LE(clock.elapsed(), 2 * SilentSearchesUpperBound);
+}
+
+// The far end stops reading until a write times out; when it reads again, what that write left
+// queued must not follow the next command.
+TEST(DeweSerialBus, AWriteThatTimedOutNeverGoesOutLater)
+{
+    const struct Master {
+        int Fd = posix_openpt(O_RDWR | O_NOCTTY);
+        ~Master() { close(Fd); }
+    } pty;
+    const int master = pty.Fd;
+    ASSERT_TRUE(master >= 0 && grantpt(master) == 0 && unlockpt(master) == 0);
+    const auto line = OpenSerialLine(QString::fromLocal8Bit(ptsname(master)), DeweLineSettings);
+    ASSERT_TRUE(line);
+    const QByteArray block(1024, 'a');
+    for (int blocks = 0; line->Write(block); ++blocks) ASSERT_LT(blocks, 1024) << "the far end never filled up";
+    ReadUntilQuiet(master);
+    ASSERT_TRUE(line->Write("##01\r"));
+    EXPECT_EQ(ReadUntilQuiet(master), "##01\r");
 }

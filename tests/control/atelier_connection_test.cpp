@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QImage>
 #include <QStringList>
 
 #include "qxbase/control/atelier_connection.h"
@@ -72,4 +73,18 @@ TEST(AtelierConnection, WithoutHandlersGroupsComeBackEmptyAndAHandlerMayUnsetIts
     connection.OK();
     connection.OK();
     EXPECT_EQ(log, QStringList{"ok"});
+}
+
+TEST(AtelierItem, AnEmptyPictureClearsTheItemsAMissingOneIsIgnored)
+{
+    TAtelierItemBase item;
+    const QImage picture(4, 4, QImage::Format_RGB32);
+    item.SetBitmap(&picture);
+    item.SetIcon(&picture);
+    item.SetBitmap(nullptr);
+    EXPECT_EQ(item.GetBitmap().size(), QSize(4, 4));
+    const QImage empty;
+    item.SetBitmap(&empty);
+    item.SetIcon(&empty);
+    EXPECT_TRUE(item.GetBitmap().isNull() && item.GetIcon().isNull());
 }

@@ -16,12 +16,16 @@ using ::testing::ThrowsMessage;
 TEST(FloatToStr, GeneralFormatRoundsToThePrecisionAndPicksFixedOrExponent)
 {
     constexpr double kInf = std::numeric_limits<double>::infinity();
+    constexpr double kMax = std::numeric_limits<double>::max();
     const std::tuple<double, int, const char*> rows[] = {
         {0.5, 15, "0.5"}, {-1.25, 15, "-1.25"}, {2, 15, "2"}, {-0.0, 15, "0"}, {123456.789, 15, "123456.789"},
         {1e-5, 15, "0.00001"}, {1e-6, 15, "1E-6"}, {-2.5e-7, 15, "-2.5E-7"}, {1.7e30, 15, "1.7E30"},
         {999999999999999.0, 15, "999999999999999"}, {1e15, 15, "1E15"}, {9.999999999999999e14, 15, "1E15"},
         {0.1 + 0.2, 15, "0.3"}, {2.0 / 3.0, 15, "0.666666666666667"},
         {kInf, 15, "INF"}, {-kInf, 15, "-INF"}, {std::nan(""), 15, "NAN"},
+        // Rounding up would leave the double range: the shortest exact digits instead.
+        {kMax, 15, "1.7976931348623157E308"}, {-kMax, 15, "-1.7976931348623157E308"}, {1.5e308, 1, "1.5E308"},
+        {1.4e308, 1, "1E308"},
         {1234567.0, 7, "1234567"}, {12345678.0, 7, "1.234568E7"}, {0.1f, 7, "0.1"}, {2.6, 0, "3"}};
     for (const auto& [value, precision, text] : rows)
         EXPECT_EQ(precision == 15 ? FloatToStr(value) : FloatToStrGeneral(value, precision), text) << value;
@@ -31,6 +35,8 @@ TEST(StrToFloat, ReadsWhatFloatToStrWritesAndRefusesTheRest)
 {
     for (double v : {1e-3, -9.87654321e-12, 1.7e30, 4.9e-300, 123456.789})
         EXPECT_NEAR(StrToFloat(FloatToStr(v)), v, std::fabs(v) * 1e-14) << v;
+    for (double v : {std::numeric_limits<double>::max(), std::numeric_limits<double>::lowest()})
+        EXPECT_EQ(StrToFloat(FloatToStr(v)), v);
     EXPECT_DOUBLE_EQ(StrToFloat(" +2.5e+3 "), 2500.0);
     EXPECT_DOUBLE_EQ(StrToFloat("1."), 1.0);
     EXPECT_DOUBLE_EQ(StrToFloat(".25"), 0.25);

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cfloat>
 #include <climits>
 #include <cmath>
 #include <limits>
@@ -73,6 +74,7 @@ INSTANTIATE_TEST_SUITE_P(
         ConversionRow{"HalfToEvenUp", Variant(3.5), "3.5", 4, 3.5, true},
         ConversionRow{"NegativeHalf", Variant(-3.5), "-3.5", -4, -3.5, true},
         ConversionRow{"DoubleHuge", Variant(1.7e30), "1.7E30", kRaises, 1.7e30, true},
+        ConversionRow{"DoubleLargest", Variant(DBL_MAX), "1.7976931348623157E308", kRaises, DBL_MAX, true},
         ConversionRow{"DoubleNaN", Variant(std::nan("")), "NAN", kRaises, std::nan(""), true},
         ConversionRow{"SingleSevenDigits", Variant(0.1f), "0.1", 0, static_cast<double>(0.1f), true},
         ConversionRow{"BooleanTrue", Variant(true), "True", -1, -1.0, true},
@@ -124,6 +126,10 @@ TEST(VariantChangeType, DatesReadTheTextTheyWrite)
     EXPECT_DOUBLE_EQ(Variant("2.5").ChangeType(varDate).ToDouble(), 2.5);
     EXPECT_THROW(Variant("2020-13-01").ChangeType(varDate), EVariantError);
     for (double outside : {1e12, std::nan("")}) EXPECT_THROW(Variant::FromDate(outside).ToString(), EVariantError);
+    // The last half second of the range does not round into the year 10000.
+    const QString last = Variant::FromDate(2958466.0 - 0.2 / 86400).ToString();
+    EXPECT_EQ(last, "9999-12-31 23:59:59");
+    EXPECT_EQ(Variant(last).ChangeType(varDate).ToString(), last);
 }
 
 TEST(VariantErrors, MessagesNameBothTypes)

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QLocale>
+#include <cfloat>
 #include <clocale>
 #include <cmath>
 #include <string>
@@ -58,6 +59,8 @@ TEST(ShortdefText, WritesTheEightFieldsAndReadsRunsOfSpacedFieldsBack)
     EXPECT_EQ(std::tuple(v.v4, v.v6, v.v9), std::tuple(16, 15, 0));
     v.Parse("-1 0 0 -2 -1 0 0 0");  // negative texts are the signed reading of the same bits
     EXPECT_EQ(std::tuple(v.v1, v.v4, v.v5, v.v6), std::tuple(-1, -2, -1, -1));
+    v.Parse(CreateShortDef(0, 0, 0, 0, 0, 0, -DBL_MAX, DBL_MAX, 0));  // "no limit" range
+    EXPECT_EQ(std::tuple(v.v7, v.v8), std::tuple(-DBL_MAX, DBL_MAX));
 }
 
 TEST(ShortdefText, RecordSurvivesTheRoundTripExceptItsHandle)

@@ -67,8 +67,12 @@ TEST_F(ControlerPanelMouse, GrabberResizesWithinTheMinimumAndPinnerPins)
 {
     Drag(QPoint(73, 42), QPoint(93, 52));
     EXPECT_EQ(FPanel->geometry(), QRect(16, 5, 80, 50));
+    FPanel->SetSnapToGrid(true);
+    FPanel->SetGridSpacingX(10);
+    FPanel->SetGridSpacingY(10);
     Drag(QPoint(93, 52), QPoint(26, 52));
-    EXPECT_EQ(FPanel->size(), QSize(80, 50)) << "below the minimum width";
+    EXPECT_EQ(FPanel->geometry(), QRect(16, 5, 80, 50)) << "below the minimum width: not even snapped";
+    FPanel->SetSnapToGrid(false);
 
     Drag(QPoint(86, 10), QPoint(90, 20));
     EXPECT_TRUE(FPanel->GetIsPinned());

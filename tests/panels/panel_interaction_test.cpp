@@ -120,14 +120,21 @@ TEST_F(PanelOnPage, CornerDragResizesWithRoundingSnapAndRespectsTheMinimum)
     EXPECT_EQ(FPanel->GetResizeArea(), 0);
     EXPECT_EQ(log, QStringList({"start", "step", "end"}));
 
-    // Top-left drag to a width below the minimum: the size is refused, the place is taken.
+    // Top-left drag: a step within the minimum is taken and reported, one past it changes nothing.
     FPanel->SetSnapToGrid(false);
     FPanel->SetWindowMinSize(QPoint(200, 30));
+    int changes = 0;
+    FPanel->OnPanelChanged = [&](TKSMSSink*, bool) { ++changes; };
     Press(QPoint(45, 54));
     EXPECT_EQ(FPanel->GetResizeArea(), 1);
+    Drag(QPoint(65, 64));
+    EXPECT_EQ(FPanel->geometry(), QRect(60, 59, 210, 111));
+    EXPECT_GT(changes, 0);
+    changes = 0;
     Drag(QPoint(105, 64));
     Release(QPoint(105, 64));
-    EXPECT_EQ(FPanel->geometry(), QRect(100, 59, 230, 121));
+    EXPECT_EQ(FPanel->geometry(), QRect(60, 59, 210, 111));
+    EXPECT_EQ(changes, 0);
 }
 
 TEST_F(PanelOnPage, MenuOpensFromThePopupButtonAndFromTheRightButtonByLook)
