@@ -157,6 +157,8 @@ void TKSSourceControlClient::InstallControlSourceConnections()
 bool TKSSourceControlClient::GetValuesOfProperty(const QString& PanelName, const QString& PropertyName,
                                                  Variant& ActiveValue, Variant& PassiveValue) const
 {
+    ActiveValue = Variant();
+    PassiveValue = Variant();
     for (const auto& item : FPropList) {
         if (item->FPanelName != PanelName || item->FPropertyName != PropertyName)
             continue;

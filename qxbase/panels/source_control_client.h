@@ -79,7 +79,8 @@ public:
     void InstallControlSourceConnections();
 
     // The first binding of exactly this panel and property: true, with the active and passive
-    // values as the deliver options allow (an out value not delivered is left unassigned).
+    // values as the deliver options allow. Both out values are cleared first, so one not
+    // delivered, or both when there is no such binding (false), are unassigned.
     bool GetValuesOfProperty(const QString& PanelName, const QString& PropertyName,
                              Variant& ActiveValue, Variant& PassiveValue) const;
     void GetPanelStateList(Variant& List) const;

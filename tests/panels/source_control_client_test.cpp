@@ -253,6 +253,18 @@ TEST_F(Binding, InstallDropsUnresolvableBindingsUnlessAnOptionKeepsThem)
     EXPECT_EQ(alone.GetPropInputList().size(), 1U);
 }
 
+TEST_F(Binding, ValuesNotHandedOutAreUnassigned)
+{
+    Client->Add("Oven", "Level", std::int32_t{1}, std::int32_t{0});
+    Variant active = "old";
+    Variant passive = "old";
+    EXPECT_FALSE(Client->GetValuesOfProperty("Oven", "Heat", active, passive));
+    EXPECT_TRUE(active.IsEmpty() && passive.IsEmpty());
+    Client->SetDeliverPassive(false);
+    passive = "old";
+    EXPECT_TRUE(Client->GetValuesOfProperty("Oven", "Level", active, passive) && passive.IsEmpty());
+}
+
 TEST_F(Binding, SetupReportsAnUnchangedPanelOnlyWhenThePageClosesWithOk)
 {
     for (int result : {1, 2}) {
