@@ -179,6 +179,29 @@ private:
     QString FObjectDescription;
     bool FDestroying = false;
     TQXDestructionWatch FWatch;
+    // Shared with the TQXControlSourceRef handed out; made on first demand, cut when the links
+    // have been told of the destruction.
+    std::shared_ptr<const bool> FLife;
+
+    friend class TQXControlSourceRef;
+};
+
+// A pointer to a control source that reads as null once the source has been destroyed (from the
+// moment its links have been told). For holders that keep a source beyond one call without an
+// event link on it, such as a binding whose property could not be found. Set and read like the
+// plain pointer it stands for; setting it to a source being destroyed gives null.
+class QXBASE_EXPORT TQXControlSourceRef {
+public:
+    TQXControlSourceRef() noexcept = default;
+    TQXControlSourceRef(TQXControlSource* Source);  // NOLINT(google-explicit-constructor)
+
+    TQXControlSource* Get() const noexcept { return FLife.expired() ? nullptr : FSource; }
+    operator TQXControlSource*() const noexcept { return Get(); }  // NOLINT(google-explicit-constructor)
+    TQXControlSource* operator->() const noexcept { return Get(); }
+
+private:
+    TQXControlSource* FSource = nullptr;
+    std::weak_ptr<const bool> FLife;
 };
 
 }  // namespace qx

@@ -244,6 +244,14 @@ bool TQXControlSource::EventLinkRemove(TQXEventLink* Link)
     return true;
 }
 
+TQXControlSourceRef::TQXControlSourceRef(TQXControlSource* Source)
+{
+    if (Source == nullptr || Source->FDestroying) return;
+    if (!Source->FLife) Source->FLife = std::make_shared<const bool>(true);
+    FSource = Source;
+    FLife = Source->FLife;
+}
+
 std::vector<TQXEventLink*> TQXControlSource::GetEventLinks() const
 {
     std::vector<TQXEventLink*> links;
@@ -259,6 +267,7 @@ void TQXControlSource::BeginDestruction()
     if (FDestroying) return;
     FDestroying = true;
     DeliverBackward(0, qxecControlSourceRemoved, QString());
+    FLife.reset();
     for (TQXEventLink*& link : FEventLinks) {
         if (link == nullptr) continue;
         if (link->FSource == this) link->FSource = nullptr;

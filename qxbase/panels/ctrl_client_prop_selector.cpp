@@ -330,7 +330,9 @@ void TCtrlClientPropSelector::FillSelectedTreeView(const TKSControlSourcePropLis
                 // Bindings read from a file carry no description until someone asks their source.
                 if (binding->FPropertyDescription.isEmpty() && binding->FSource != nullptr)
                     binding->FSource->GetDescriptionFromName(binding->FPropertyName, binding->FPropertyDescription);
-                auto* node = new QTreeWidgetItem(tree, {SourceText(*binding) + QLatin1String(": ") + PropertyText(*binding)});
+                QString text = SourceText(*binding) + QLatin1String(": ") + PropertyText(*binding);
+                if (!binding->IsResolved()) text += QLatin1String(" (unresolved)");
+                auto* node = new QTreeWidgetItem(tree, {text});
                 node->setData(0, KItemRole, QVariant::fromValue(reinterpret_cast<quintptr>(binding.get())));
                 if (binding.get() == Select) tree->setCurrentItem(node);
             }
@@ -453,10 +455,10 @@ void TCtrlClientPropSelector::SelectedPropTreeViewClick()
 void TCtrlClientPropSelector::ShowValues(TKSControlSourcePropListItem& Item)
 {
     TPrivate& d = *FPriv;
-    const TValueEditorKind kind = ValueEditorKindOf(Item.FPropertyType, Item.FTypeInfo, Item.FPropertyName);
+    TValueEditorKind kind = ValueEditorKindOf(Item.FPropertyType, Item.FTypeInfo, Item.FPropertyName);
     QStringList choices;
     d.FEnumerationLow = 0;
-    if (kind == vekComboBox && Item.FSource && Item.FEventLink) {
+    if (kind == vekComboBox && Item.IsResolved() && Item.FEventLink) {
         Variant list;
         if (Item.FSource->GetEnumerationList(Item.FPropertyHandle, list) && list.IsArray()) {
             d.FEnumerationLow = list.ArrayLowBound();
@@ -464,6 +466,8 @@ void TCtrlClientPropSelector::ShowValues(TKSControlSourcePropListItem& Item)
                 choices << SmartValueText(list.ArrayElement(i));
         }
     }
+    // Without its choices (an unresolved binding) an enumeration value shows as its index.
+    if (kind == vekComboBox && choices.isEmpty()) kind = vekSmartEdit;
     const std::array<const Variant*, vsCount> values = {&Item.FActualValue, &Item.FActiveValue, &Item.FPassiveValue};
     for (int slot = 0; slot < vsCount; ++slot) {
         TPrivate::TValueControls& c = d.FValues[static_cast<std::size_t>(slot)];
@@ -490,7 +494,8 @@ void TCtrlClientPropSelector::ShowValues(TKSControlSourcePropListItem& Item)
         }
         case vekColorPanel: c.Panel->SetColor(ColorOf(value)); break;
         case vekSmartEdit:
-            c.SmartEdit->SetKind(SmartEditKindOf(Item.FPropertyType));
+            c.SmartEdit->SetKind(Item.FPropertyType == varQXEnumeration ? sekInteger
+                                                                         : SmartEditKindOf(Item.FPropertyType));
             c.SmartEdit->SetValue(value);
             c.SmartEdit->setEnabled(true);
             break;
@@ -512,7 +517,7 @@ void TCtrlClientPropSelector::StoreValue(int Slot, const Variant& Value)
     default:
         // The actual value is the source's own: write it there and show what it took.
         item->FActualValue = Value;
-        if (item->FSource && item->FEventLink) {
+        if (item->IsResolved() && item->FEventLink) {
             try {
                 item->FSource->SetPropertyValue(FPriv->FClient.data(), item->FPropertyHandle, Value);
                 item = GetSelectedItem();  // listeners of the write may have dropped the binding

@@ -102,6 +102,9 @@ bool TKSSourceControlClient::ResolveItem(TKSControlSourcePropListItem& Item)
     Item.FSource->GetPropertyHandle(Item.FPropertyName, Item.FPropertyHandle);
     if (Item.FPropertyHandle == 0)
         return false;
+    // A link left on the panel that had this name before would report that panel's events.
+    if (Item.FEventLink != nullptr && Item.FEventLink->GetEventSource() != Item.FSource)
+        Item.FEventLink->SetEventSource(Item.FSource);
     Item.FSource->GetPropertyType(Item.FPropertyHandle, Item.FPropertyType, Item.FTypeInfo);
     Item.FSource->GetPropertyValue(Item.FPropertyHandle, Item.FActualValue);
     if (Item.FActiveValue.IsEmpty())
@@ -157,6 +160,8 @@ void TKSSourceControlClient::InstallControlSourceConnections()
 bool TKSSourceControlClient::GetValuesOfProperty(const QString& PanelName, const QString& PropertyName,
                                                  Variant& ActiveValue, Variant& PassiveValue) const
 {
+    ActiveValue = Variant();
+    PassiveValue = Variant();
     for (const auto& item : FPropList) {
         if (item->FPanelName != PanelName || item->FPropertyName != PropertyName)
             continue;

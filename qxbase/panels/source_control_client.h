@@ -35,12 +35,17 @@ public:
     std::uint8_t FDataType = 0;  // 0: a property of a control source, the kind this class connects
     std::uint16_t FPropertyType = 0;
     QString FTypeInfo;
-    TQXControlSource* FSource = nullptr;  // not owned
+    // Not owned. Null once the source is destroyed, also when no event link would have told.
+    TQXControlSourceRef FSource;
     TQXPropertyHandle FPropertyHandle = 0;
     Variant FActualValue;
     Variant FActiveValue;
     Variant FPassiveValue;
     std::unique_ptr<TQXEventLink> FEventLink;
+
+    // A source that still lives and has the property. A binding kept without one (the
+    // whole-panel option, DisableProperyDelete) is shown as unresolved.
+    bool IsResolved() const noexcept { return FSource != nullptr && FPropertyHandle != 0; }
 };
 
 using TKSControlSourcePropList = std::vector<std::unique_ptr<TKSControlSourcePropListItem>>;
@@ -72,6 +77,7 @@ public:
     // exception of the source's property callback propagates.
     bool SetupPropertyConnnection(TKSControlSourcePropListItem* Item);
     // Re-resolves a binding that has a link and refreshes its values; false without a link.
+    // When the name now finds another panel, the link moves to it.
     bool CheckPropertyConnnection(TKSControlSourcePropListItem* Item);
     bool CheckPropertyConnnectionNoEventLink(TKSControlSourcePropListItem* Item);
     // Checks or sets up every binding (when the client has an owner) and drops those that fail,
@@ -79,7 +85,8 @@ public:
     void InstallControlSourceConnections();
 
     // The first binding of exactly this panel and property: true, with the active and passive
-    // values as the deliver options allow (an out value not delivered is left unassigned).
+    // values as the deliver options allow. Both out values are cleared first, so one not
+    // delivered, or both when there is no such binding (false), are unassigned.
     bool GetValuesOfProperty(const QString& PanelName, const QString& PropertyName,
                              Variant& ActiveValue, Variant& PassiveValue) const;
     void GetPanelStateList(Variant& List) const;

@@ -51,24 +51,39 @@ Variant ZeroOf(TStoredKind Kind)
     return Variant(std::int32_t{0});
 }
 
-// The value as its kind stores it: a string, boolean, double or 32-bit integer variant; Null
-// counts as Empty. A value that does not convert keeps its own text, one without text (an
-// array) becomes the kind's zero; Problem then says so, for the debug output.
+// The value as a variant of its kind (string, boolean, double, 32-bit integer), by the variant
+// conversions; false when it does not convert. The writer and the reader both decide with it, so
+// a stored text reads back as the kind it was written as.
+bool ConvertToKind(const Variant& Value, TStoredKind Kind, Variant& Out)
+{
+    try {
+        switch (Kind) {
+        case skString: Out = Variant(Value.ToString()); return true;
+        case skBoolean: Out = Variant(Value.ToBoolean()); return true;
+        case skFloat: Out = Variant(Value.ToDouble()); return true;
+        case skInteger: Out = Variant(Value.ToInteger()); return true;
+        }
+    } catch (const Exception&) {
+    }
+    return false;
+}
+
+// The value as its kind stores it; Null counts as Empty. A value that does not convert keeps its
+// own text, one without text (an array) becomes the kind's zero; Problem then says so, for the
+// debug output.
 Variant StoredValue(const Variant& Value, TStoredKind Kind, QString& Problem)
 {
     Problem.clear();
     const Variant value = Value.IsNull() ? Variant() : Value;
-    try {
-        switch (Kind) {
-        case skString: return Variant(value.ToString());
-        case skBoolean: return Variant(value.ToBoolean());
-        case skFloat: return Variant(value.ToDouble());
-        case skInteger: return Variant(value.ToInteger());
-        }
-    } catch (const Exception&) {
-    }
+    Variant stored;
+    if (ConvertToKind(value, Kind, stored))
+        return stored;
     try {
         Variant text(value.ToString());
+        // Its shorter text may convert where the value did not (a float just beyond the integer
+        // range): store what reading the text back gives.
+        if (ConvertToKind(text, Kind, stored))
+            return stored;
         Problem = QStringLiteral("\"%1\" is not a %2 value, stored as text").arg(text.ToString(), KindName(Kind));
         return text;
     } catch (const Exception&) {
@@ -78,27 +93,13 @@ Variant StoredValue(const Variant& Value, TStoredKind Kind, QString& Problem)
     return ZeroOf(Kind);
 }
 
-// Text read back by the kind; a text the kind cannot read stays a string.
+// Text read back by the kind: what the writer would have stored as the kind becomes the kind
+// (no trimming of its own: "2\n" was written as text and stays text); the rest stays a string.
 Variant ParseStoredText(const QString& Text, TStoredKind Kind)
 {
-    std::int32_t integer = 0;
-    double number = 0;
-    switch (Kind) {
-    case skString: return Variant(Text);
-    case skBoolean:
-        if (TryStrToInt(Text.trimmed(), integer))
-            return Variant(integer != 0);
-        break;
-    case skFloat:
-        if (TryStrToFloat(Text.trimmed(), number))
-            return Variant(number);
-        break;
-    case skInteger:
-        if (TryStrToInt(Text.trimmed(), integer))
-            return Variant(integer);
-        break;
-    }
-    return Variant(Text);
+    const Variant text(Text);
+    Variant value;
+    return ConvertToKind(text, Kind, value) ? value : text;
 }
 
 void WriteIniValue(TKSPropIniFile& Ini, const QString& Key, const Variant& Value)

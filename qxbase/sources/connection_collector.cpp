@@ -232,7 +232,9 @@ QString TQXConnectionCollector::BindingLine(const TKSSourceControlClient& Client
     // Taken before any property callback runs: a callback may change the client's bindings.
     QString line = Item.FPropertyDescription + QLatin1String(" = ");
     QString value = QStringLiteral("unknown");
-    if (Item.FSource && IsOneOf(className, kRecognisedClients)) {
+    if (!Item.IsResolved()) {
+        value = QStringLiteral("unresolved");
+    } else if (IsOneOf(className, kRecognisedClients)) {
         if (Item.FPropertyType == varQXEnumeration) {
             value = EnumerationValueText(Client, Item);
         } else {
@@ -256,10 +258,11 @@ void TQXConnectionCollector::ScanControlSide(TKSMSSink& Panel)
             TKSControlSourcePropListItem& item = *bindings[i];
             TQXConnectionTarget* target = root->FindConnectionTarget(item.FSourceDescription);
             if (!target) {
-                const auto* source = dynamic_cast<const QObject*>(item.FSource);
+                // A binding whose panel is not there names the panel it looks for.
+                const auto* source = dynamic_cast<const QObject*>(item.FSource.Get());
                 target = &root->AddConnectionTarget(std::make_unique<TQXConnectionTarget>(
                     item.FSourceDescription, source ? ClassNameOf(*source) : QString(),
-                    source ? source->objectName() : QString()));
+                    source ? source->objectName() : item.FPanelName));
             }
             if (!item.FSource || !item.FSource->GetDescriptionFromName(item.FPropertyName, item.FPropertyDescription))
                 item.FPropertyDescription = item.FPropertyName;

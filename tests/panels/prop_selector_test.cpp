@@ -311,6 +311,34 @@ TEST_F(PropSelector, ASourceOrClientThatGoesAwayLeavesNothingBehindToUse)
     EXPECT_EQ(AvailableTree()->topLevelItemCount(), 0);
 }
 
+// A bound source is watched also where no event link tells of it, and a link follows its
+// binding to the panel that now has the name.
+TEST_F(PropSelector, ABindingNeverReachesASourceThatWentAway)
+{
+    Bind({"Level"});
+    Select(0);
+    FMeter->setObjectName("Old");
+    auto* renamed = new TestSource(FClient->parentWidget(), "Source1", "New meter");
+    FClient->InstallControlSourceConnections();
+    EXPECT_EQ(Item(0).FEventLink->GetEventSource(), renamed);
+    delete renamed;
+    EXPECT_TRUE(Bindings().isEmpty());
+    Type("ActualValueSmartEdit", "3");
+
+    // Kept without a link: the panel has no such property.
+    FClient->SetRemoveWholePanel(true);
+    auto* dryer = new TestSource(FClient->parentWidget(), "Dryer", "Dryer");
+    auto& kept = *FClient->GetPropInputList().emplace_back(std::make_unique<TKSControlSourcePropListItem>());
+    kept.FPanelName = "Dryer";
+    kept.FPropertyName = "Heat";
+    FClient->InstallControlSourceConnections();
+    ASSERT_EQ(kept.FSource, dryer);
+    delete dryer;
+    EXPECT_EQ(kept.FSource, nullptr);
+    FSelector.SetTheComponent(FClient);
+    EXPECT_EQ(Selected()->topLevelItem(0)->text(0), "Dryer [Dryer]: Heat (unresolved)");
+}
+
 using PropertyPage = PropSelector;
 
 TEST_F(PropertyPage, IsSizedTabbedAndNamedAfterTheClient)

@@ -253,6 +253,18 @@ TEST_F(Binding, InstallDropsUnresolvableBindingsUnlessAnOptionKeepsThem)
     EXPECT_EQ(alone.GetPropInputList().size(), 1U);
 }
 
+TEST_F(Binding, ValuesNotHandedOutAreUnassigned)
+{
+    Client->Add("Oven", "Level", std::int32_t{1}, std::int32_t{0});
+    Variant active = "old";
+    Variant passive = "old";
+    EXPECT_FALSE(Client->GetValuesOfProperty("Oven", "Heat", active, passive));
+    EXPECT_TRUE(active.IsEmpty() && passive.IsEmpty());
+    Client->SetDeliverPassive(false);
+    passive = "old";
+    EXPECT_TRUE(Client->GetValuesOfProperty("Oven", "Level", active, passive) && passive.IsEmpty());
+}
+
 TEST_F(Binding, SetupReportsAnUnchangedPanelOnlyWhenThePageClosesWithOk)
 {
     for (int result : {1, 2}) {
@@ -301,6 +313,30 @@ TEST_F(Binding, CurrentStoredFormIsIniLinesTypedByTheActualValue)
                                 "Fan.Speed/0 Double:0.25 Double:0 | X.Y/3 Integer:0 String:abc");
 }
 
+// The writer and the reader decide a value's kind by one rule: white space around a text counts
+// the same on both sides.
+TEST_F(Binding, StoredValuesReadBackAsTheKindAndValueTheyWereWrittenAs)
+{
+    const std::pair<Variant, std::vector<Variant>> rows[] = {  // actual value (picks the kind); active values
+        {std::int32_t{1}, {"2\n", " 2", "1.5", "True", std::int32_t{7}}},
+        {1.0, {"1.5\n", "\t2.25 ", 2.25}},
+        {true, {"1\n", " True", "0", true}},
+        {"x", {" 2 ", std::int32_t{2}, 1.5}},
+    };
+    const QStringList expected = {"String:2\n",    "Integer:2",    "Integer:2",  "Integer:-1", "Integer:7",
+                                  "String:1.5\n",  "Double:2.25",  "Double:2.25", "String:1\n", "String: True",
+                                  "Boolean:False", "Boolean:True", "String: 2 ", "String:2",   "String:1.5"};
+    for (const auto& [actual, actives] : rows)
+        for (const Variant& active : actives)
+            Client->Add("Oven", "Level", active).FActualValue = actual;
+    TTestClient read;
+    read.ReadControlSourceClientEx(Client->WriteControlSourceClientEx());
+    QStringList values;
+    for (const auto& item : read.GetPropInputList())
+        values << VarTypeAsText(item->FActiveValue.VarType()) + ":" + item->FActiveValue.ToString();
+    EXPECT_EQ(values, expected);
+}
+
 TEST_F(Binding, OlderStoredFormIsWrittenOnRequestOnlyAndReadBack)
 {
     Client->Add("Oven", "Level", std::int32_t{1}, std::int32_t{0}).FActualValue = std::int32_t{5};
@@ -347,7 +383,7 @@ TEST_F(Binding, DamagedStoredListsKeepWhatIsThereAndNameWhatIsNot)
         {{"[listitems]", "len=2", "listitem.0.FPropertyName=Level", "listitem.0.vartypeinfo=11",
           "listitem.0.FActiveValue=yes", "listitem.0.FPassiveValue= 0 ", "listitem.1.FPanelName=Fan",
           "listitem.1.vartypeinfo=abc", "listitem.1.FActiveValue=1.5", "listitem.1.FPassiveValue=$10"},
-         ".Level/0 String:yes Boolean:False | Fan./0 String:1.5 Integer:16", {}},
+         ".Level/0 String:yes Boolean:False | Fan./0 Integer:2 Integer:16", {}},
         {{"[Listitems]", "Len=1", "listitem.0.FPanelName=Oven", "listitem.0.FDataType=256"}, "",
          {c + R"(binding 0 (Oven->): FDataType "256" is not a number from 0 to 255, skipped)"}},
     };

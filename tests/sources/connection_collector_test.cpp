@@ -170,6 +170,19 @@ TEST_F(ConnectionScan, BindingLinesByClientClassAndTheirListeners)
     EXPECT_EQ(Lines(root, 0), (QStringList{"Alarm raised"}));
 }
 
+TEST_F(ConnectionScan, KeptUnresolvedBindingsAreShownAsSuch)
+{
+    DisableProperyDelete = true;
+    Client<TKSCtrlSrcCliButton>("Button", "Button", {"Oven.Heat", "Gone.Level"});
+    Collector.ScanRoot(&Sheet);
+    DisableProperyDelete = false;
+    const TQXConnectionRoot* root = Collector.GetControlSourceRoot(0);
+    ASSERT_EQ(Targets(root), (QStringList{"", "Oven"}));
+    EXPECT_EQ(root->GetConnectionTarget(0)->GetComponentName(), "Gone");
+    EXPECT_EQ(Lines(root, 0), (QStringList{"Level = unresolved"}));
+    EXPECT_EQ(Lines(root, 1), (QStringList{"Heat = unresolved"}));
+}
+
 TEST_F(ConnectionScan, AFailingScanKeepsWhatItCollected)
 {
     Client<TKSCtrlSrcCliButton>("First", "First", {"Chart.PanelEnable"});
