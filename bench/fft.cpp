@@ -11,13 +11,14 @@ using namespace qx;
 
 namespace {
 
-// The processor's spectrum of one block: narrowing, window, transform, amplitudes, widening.
-void ProcessorSpectrum(benchmark::State& state, TQXFFTLeakType Window)
+// The processor's result of one block: narrowing, window, transforms, scaling, widening.
+void Processor(benchmark::State& state, TKSFFTSpecType Type, TQXFFTLeakType Window)
 {
     const auto n = static_cast<std::int32_t>(state.range(0));
     TRVDataDouble in = NewDataDouble(n);
     for (std::int32_t i = 0; i < n; ++i) in.data[i] = std::sin(0.01 * i) + 0.1 * std::sin(0.37 * i);
     TKSZLFFT fft;
+    fft.SetSpecType(Type);
     fft.SetWindow(Window);
     for (auto _ : state) {
         TRVDataDouble out;
@@ -49,5 +50,7 @@ void KissRealTransform(benchmark::State& state)
 }  // namespace
 
 BENCHMARK(KissRealTransform)->Arg(1 << 10)->Arg(1 << 14)->Arg(1 << 18);
-BENCHMARK_CAPTURE(ProcessorSpectrum, rectangle, qxltRectangle)->Arg(1 << 10)->Arg(1 << 14)->Arg(1 << 18);
-BENCHMARK_CAPTURE(ProcessorSpectrum, hanning, qxltHanning)->Arg(1 << 10)->Arg(1 << 14)->Arg(1 << 18);
+BENCHMARK_CAPTURE(Processor, spectrum_rectangle, ksfftSpec, qxltRectangle)->Arg(1 << 10)->Arg(1 << 14)->Arg(1 << 18);
+BENCHMARK_CAPTURE(Processor, spectrum_hanning, ksfftSpec, qxltHanning)->Arg(1 << 10)->Arg(1 << 14)->Arg(1 << 18);
+BENCHMARK_CAPTURE(Processor, power_hanning, ksfftPowerSpec, qxltHanning)->Arg(1 << 10)->Arg(1 << 14)->Arg(1 << 18);
+BENCHMARK_CAPTURE(Processor, autocorrelation, ksfftAutocorr, qxltRectangle)->Arg(1 << 10)->Arg(1 << 14)->Arg(1 << 18);

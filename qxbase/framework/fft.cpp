@@ -162,52 +162,73 @@ void TQXFFT::RealFFT(const TQXVector& Real, TQXComplexVector& Complex, bool Keep
     std::fill(out + half, out + Complex.GetFloatCount(), 0.0f);
 }
 
-void TQXFFT::PowerSpectrum(TQXComplexVector& Complex)
+void TQXFFT::PowerSpectrum(TQXComplexVector& Complex, std::int32_t Count)
 {
     const std::int32_t c = Complex.GetCount();
     if (c < 2 || c % 2 != 0)
-        throw EFFTError(QStringLiteral("Power spectrum of %1 samples: the count must be even and at least 2").arg(c));
+        throw EFFTError(QStringLiteral("Power spectrum of %1 points: the count must be even and at least 2").arg(c));
+    if (Count < 1 || Count > Complex.GetFloatCount())
+        throw EFFTError(
+            QStringLiteral("Power spectrum of %1 samples over %2 points is not possible").arg(Count).arg(c));
     const std::int32_t half = c / 2;
+    float* samples = Complex.FloatData();
+    if (Count < c) std::fill(samples + Count, samples + c, 0.0f);
 
+    // Segments of C samples, starts at most C / 2 apart and spread evenly up to the last sample,
+    // so that every sample counts.
+    const std::int32_t span = std::max(Count - c, 0);
+    const std::int32_t segments = (span + half - 1) / half + 1;
+    Grow(FPowerScratch, half + 1);
+    float* power = FPowerScratch.data();
+    std::fill(power, power + half + 1, 0.0f);
     double gain = 0;
-    const std::complex<float>* bins = WindowedBins(Complex.FloatData(), c, gain);
+    for (std::int32_t s = 0; s < segments; ++s) {
+        const std::int64_t start =
+            segments == 1 ? 0 : (std::int64_t{s} * span + (segments - 1) / 2) / (segments - 1);
+        const std::complex<float>* bins = WindowedBins(samples + start, c, gain);
+        for (std::int32_t k = 0; k <= half; ++k) power[k] += Norm(bins[k]);
+    }
 
     // A sine of amplitude A has |X_k| = A x gain / 2, so its mean-square power A² / 2 is
     // 2 |X_k|² / gain²; bins 0 and N/2 have no mirror image and count once.
-    float* out = Complex.FloatData();
-    const float inv = static_cast<float>(1 / (gain * gain));
+    const float inv = static_cast<float>(1 / (gain * gain * segments));
     const float inv2 = 2 * inv;
-    out[0] = Norm(bins[0]) * inv;
-    for (std::int32_t k = 1; k < half; ++k) out[k] = Norm(bins[k]) * inv2;
-    out[half] = Norm(bins[half]) * inv;
-    std::fill(out + half + 1, out + Complex.GetFloatCount(), 0.0f);
+    samples[0] = power[0] * inv;
+    for (std::int32_t k = 1; k < half; ++k) samples[k] = power[k] * inv2;
+    samples[half] = power[half] * inv;
+    std::fill(samples + half + 1, samples + Complex.GetFloatCount(), 0.0f);
 }
 
-void TQXFFT::AutoCorrelation(TQXComplexVector& Complex)
+void TQXFFT::AutoCorrelation(TQXComplexVector& Complex, std::int32_t Count)
 {
     const std::int32_t c = Complex.GetCount();
-    if (c < 1 || c > std::numeric_limits<std::int32_t>::max() / 2)
-        throw EFFTError(QStringLiteral("Autocorrelation of %1 samples is not possible").arg(c));
-    // Zero-padding to 2C keeps the circular correlation of the transform from wrapping lags.
-    const std::int32_t m = 2 * c;
+    if (c < 1 || c > std::numeric_limits<std::int32_t>::max() / 4)
+        throw EFFTError(QStringLiteral("Autocorrelation over %1 points is not possible").arg(c));
+    if (Count < 1 || Count > Complex.GetFloatCount())
+        throw EFFTError(
+            QStringLiteral("Autocorrelation of %1 samples over %2 points is not possible").arg(Count).arg(c));
+    // Zero-padding to at least Count + C - 1 keeps the circular correlation of the transform from
+    // wrapping the lags up to C - 1; 2C, 3C or 4C (the transform needs an even size), so that
+    // few sizes are planned.
+    const std::int32_t m = Count <= c + 1 ? 2 * c : c % 2 == 0 ? 3 * c : 4 * c;
 
     TQXRealFFTPlan& plan = PlanFor(m);
     Grow(FRealScratch, m);
-    Grow(FBinScratch, c + 1);
+    Grow(FBinScratch, m / 2 + 1);
     float* padded = FRealScratch.data();
     float* out = Complex.FloatData();
-    std::copy(out, out + c, padded);
-    std::fill(padded + c, padded + m, 0.0f);
+    std::copy(out, out + Count, padded);
+    std::fill(padded + Count, padded + m, 0.0f);
 
     std::complex<float>* bins = FBinScratch.data();
     plan.Forward(padded, bins);
-    for (std::int32_t k = 0; k <= c; ++k) bins[k] = {Norm(bins[k]), 0.0f};
+    for (std::int32_t k = 0; k <= m / 2; ++k) bins[k] = {Norm(bins[k]), 0.0f};
     plan.Inverse(bins, padded);
 
-    // The inverse is unscaled (factor 2C); the 1 / C is the mean over the lags' products.
-    const float scale = static_cast<float>(1.0 / (static_cast<double>(m) * c));
+    // The inverse is unscaled (factor m); the 1 / Count is the mean over the lags' products.
+    const float scale = static_cast<float>(1.0 / (static_cast<double>(m) * Count));
     for (std::int32_t k = 0; k < c; ++k) out[k] = padded[k] * scale;
-    std::fill(out + c, out + m, 0.0f);
+    std::fill(out + c, out + 2 * c, 0.0f);
 }
 
 }  // namespace qx

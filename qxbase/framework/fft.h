@@ -103,17 +103,21 @@ public:
     // element 0's imaginary part holds the real bin N/2; elements after them are zero.
     // Raises EFFTError when N is odd or below 2 or Complex is too short.
     void RealFFT(const TQXVector& Real, TQXComplexVector& Complex, bool KeepComplex);
-    // Power spectrum of the first C floats of Complex's storage (C = element count, even, at
-    // least 2), windowed over all C, with bins k at k x fs / C: float k becomes the mean-square
-    // power of bin k, k = 0..C/2 (a sine of amplitude A on a bin reads A² / 2, the constant part
-    // its square), window-corrected as RealFFT; the floats after them are zero. Raises EFFTError
-    // for an odd count or a count below 2.
-    void PowerSpectrum(TQXComplexVector& Complex);
-    // Linear autocorrelation of the first C floats of Complex's storage (C = element count, at
-    // least 1): float k becomes (1 / C) x sum over i of x[i] x x[i + k], k = 0..C - 1 (the
-    // samples beyond the C are taken as zero, so no lag wraps around); no window. The other C
-    // floats are zero. Raises EFFTError for a count below 1.
-    void AutoCorrelation(TQXComplexVector& Complex);
+    // Power spectrum of the first Count floats of Complex's storage (C = element count, even, at
+    // least 2; Count 1..2C), with bins k at k x fs / C: float k becomes the mean-square power of
+    // bin k, k = 0..C/2 (a sine of amplitude A on a bin reads A² / 2, the constant part its
+    // square), window-corrected as RealFFT; the floats after them are zero. Up to C samples are
+    // one segment, zero-padded to C. More are averaged over segments of C samples (Welch): the
+    // fewest segments whose starts are at most C / 2 apart, spread evenly from the first sample
+    // to the last (Count = 2C: starts 0, C / 2, C), each windowed over its C samples. Raises
+    // EFFTError for an odd element count, one below 2, or Count outside 1..2C.
+    void PowerSpectrum(TQXComplexVector& Complex, std::int32_t Count);
+    // Linear autocorrelation of the first Count floats x of Complex's storage (C = element count,
+    // at least 1; Count 1..2C): float k becomes (1 / Count) x sum over i of x[i] x x[i + k],
+    // k = 0..C - 1 (samples beyond the Count are taken as zero, so no lag wraps around); no
+    // window. The other C floats are zero. Raises EFFTError for a C below 1 or Count outside
+    // 1..2C.
+    void AutoCorrelation(TQXComplexVector& Complex, std::int32_t Count);
 
 private:
     struct TWindow {
@@ -135,6 +139,7 @@ private:
     TQXFFTLeakType FLeakType = qxltRectangle;
     std::vector<float> FRealScratch;
     std::vector<std::complex<float>> FBinScratch;
+    std::vector<float> FPowerScratch;  // the segments' summed powers
     std::map<std::pair<std::int32_t, TQXFFTLeakType>, TWindow> FWindows;
 };
 

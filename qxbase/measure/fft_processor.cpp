@@ -100,22 +100,18 @@ void TKSZLFFT::DoNewFFTOnChannel(const TRVDataDouble& In, TRVDataDouble& Out)
         result = Widen(FComplex.FloatData() + 2, c - 2);
         break;
     }
-    case ksfftAutocorr: {
-        float* samples = FComplex.FloatData();
-        ConvertToSingle(In, samples);
-        std::fill(samples + In.count, samples + FComplex.GetFloatCount(), 0.0f);
-        FFFT.AutoCorrelation(FComplex);
+    // The other two take every sample of the block: up to 2C floats of the complex vector's
+    // storage.
+    case ksfftAutocorr:
+        ConvertToSingle(In, FComplex.FloatData());
+        FFFT.AutoCorrelation(FComplex, In.count);
         result = Widen(FComplex.FloatData(), c);
         break;
-    }
-    case ksfftPowerSpec: {
-        float* samples = FComplex.FloatData();
-        ConvertToSingle(In, samples);
-        std::fill(samples + In.count, samples + FComplex.GetFloatCount(), 0.0f);
-        FFFT.PowerSpectrum(FComplex);
+    case ksfftPowerSpec:
+        ConvertToSingle(In, FComplex.FloatData());
+        FFFT.PowerSpectrum(FComplex, In.count);
         result = Widen(FComplex.FloatData() + 1, c / 2 - 1);
         break;
-    }
     }
     // Assigned last, so that In may be Out.
     Out = result;

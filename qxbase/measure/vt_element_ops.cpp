@@ -1,6 +1,8 @@
 #include "qxbase/measure/vt_element_ops.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "qxbase/measure/block_buffer.h"
 
@@ -11,6 +13,27 @@ namespace {
 bool SameNonEmpty(const TRVDataDouble& A, const TRVDataDouble& B)
 {
     return HasSamples(A) && HasSamples(B) && A.count == B.count;
+}
+
+// Written as a compare on the magnitude (NaN fails it) so that the loops vectorise it.
+bool IsFinite(double x)
+{
+    return std::abs(x) <= std::numeric_limits<double>::max();
+}
+
+bool NoMarker(double x)
+{
+    return x != NoValueMarker;
+}
+
+// R where the operands passed their test (Ok) and R is finite, else the marker: an overflow or
+// an undefined result of finite operands gives the marker. Operands are tested only for the
+// marker, since sums, products and polynomials of an infinity or a NaN are not finite either
+// (x / inf = 0 is the exception; the division tests its divisor). The select is a blend, not a
+// branch: the bool & keeps the compiler from splitting it.
+double Keep(bool Ok, double R)
+{
+    return (Ok & IsFinite(R)) ? R : NoValueMarker;
 }
 
 // One pass over A writing Op(a) into a fresh block; the empty block for an empty A.
@@ -43,38 +66,40 @@ TRVDataDouble MapBinary(const TRVDataDouble& A, const TRVDataDouble& B, F Op)
 
 TRVDataDouble DoDuplicate(const TRVDataDouble& A)
 {
-    return MapUnary(A, [](double x) { return x; });
+    // A copy, not a computation: every sample passes unchanged.
+    if (!HasSamples(A)) return {};
+    TRVDataDouble result = NewDataDouble(A.count);
+    std::copy(A.data, A.data + A.count, result.data);
+    return result;
 }
 
 TRVDataDouble DoSum(const TRVDataDouble& A, const TRVDataDouble& B)
 {
-    return MapBinary(A, B, [](double x, double y) { return x + y; });
+    return MapBinary(A, B, [](double x, double y) { return Keep(NoMarker(x) & NoMarker(y), x + y); });
 }
 
 TRVDataDouble DoSubtract(const TRVDataDouble& A, const TRVDataDouble& B)
 {
-    return MapBinary(A, B, [](double x, double y) { return x - y; });
+    return MapBinary(A, B, [](double x, double y) { return Keep(NoMarker(x) & NoMarker(y), x - y); });
 }
 
 TRVDataDouble DoProduct(const TRVDataDouble& A, const TRVDataDouble& B)
 {
-    return MapBinary(A, B, [](double x, double y) { return x * y; });
+    return MapBinary(A, B, [](double x, double y) { return Keep(NoMarker(x) & NoMarker(y), x * y); });
 }
 
 TRVDataDouble DoDivision(const TRVDataDouble& A, const TRVDataDouble& B)
 {
-    // The divisor is swapped for 1 where it is 0, so no lane divides by zero and both selects
-    // stay branch-free.
+    // x / 0 is an infinity and 0 / 0 a NaN, so a zero divisor needs no test of its own; an
+    // infinite one does, or x / inf would become 0.
     return MapBinary(A, B, [](double x, double y) {
-        const bool zero = y == 0.0;
-        const double q = x / (zero ? 1.0 : y);
-        return zero ? NoValueMarker : q;
+        return Keep(NoMarker(x) & NoMarker(y) & IsFinite(y), x / y);
     });
 }
 
 TRVDataDouble DoInverse(const TRVDataDouble& A)
 {
-    return MapUnary(A, [](double x) { return -1.0 * x; });
+    return MapUnary(A, [](double x) { return Keep(NoMarker(x), -1.0 * x); });
 }
 
 TRVDataDouble DoTwoPoint(const TRVDataDouble& A, const TQXScalingValues& Scaling)
@@ -83,14 +108,15 @@ TRVDataDouble DoTwoPoint(const TRVDataDouble& A, const TQXScalingValues& Scaling
     const double dx = x2 - x1;
     const double factor = dx == 0.0 ? 1.0 : (y2 - y1) / dx;
     const double offset = y1 - x1 * factor;
-    return MapUnary(A, [factor, offset](double x) { return x * factor + offset; });
+    return MapUnary(A, [factor, offset](double x) { return Keep(NoMarker(x), x * factor + offset); });
 }
 
 TRVDataDouble DoPolyLin(const TRVDataDouble& A, const TQXCoefficients& Coefficients)
 {
     const TQXCoefficients c = Coefficients;  // a local copy the loop can keep in registers
     return MapUnary(A, [c](double x) {
-        return (((((c[6] * x + c[5]) * x + c[4]) * x + c[3]) * x + c[2]) * x + c[1]) * x + c[0];
+        const double y = (((((c[6] * x + c[5]) * x + c[4]) * x + c[3]) * x + c[2]) * x + c[1]) * x + c[0];
+        return Keep(NoMarker(x), y);
     });
 }
 

@@ -8,16 +8,19 @@
 
 // The sample-by-sample operations of math channels. Each returns a fresh block that the caller
 // frees (FreeDataDouble), or the empty block; none keeps state or raises except std::bad_alloc.
+// All but DoDuplicate write NoValueMarker at a sample whose result is not finite (an overflow,
+// x / 0, 0 / 0) and at a sample where an operand is already NoValueMarker, an infinity or NaN:
+// no value in gives no value out.
 namespace qx {
 
-// First operand duplicated (qxvtNone).
+// First operand duplicated (qxvtNone), every sample unchanged.
 QXBASE_EXPORT TRVDataDouble DoDuplicate(const TRVDataDouble& A);
 // The two-operand operations give the empty block unless both blocks hold samples and the same
 // count.
 QXBASE_EXPORT TRVDataDouble DoSum(const TRVDataDouble& A, const TRVDataDouble& B);
 QXBASE_EXPORT TRVDataDouble DoSubtract(const TRVDataDouble& A, const TRVDataDouble& B);
 QXBASE_EXPORT TRVDataDouble DoProduct(const TRVDataDouble& A, const TRVDataDouble& B);
-// NoValueMarker at the samples where B is 0.
+// NoValueMarker at the samples where B is 0 (among the others above).
 QXBASE_EXPORT TRVDataDouble DoDivision(const TRVDataDouble& A, const TRVDataDouble& B);
 // -1 x each sample.
 QXBASE_EXPORT TRVDataDouble DoInverse(const TRVDataDouble& A);

@@ -84,42 +84,46 @@ TEST(RealFFT, KeepComplexPacksTheWindowedBinsOfANaiveDFT)
 
 TEST(PowerSpectrum, SineReadsHalfItsSquaredAmplitudeAndTheEdgesTheirSquares)
 {
-    for (TQXFFTLeakType window : {qxltRectangle, qxltHanning}) {
-        TQXFFT fft;
-        fft.SetLeakType(window);
-        TQXComplexVector v(128);
-        TQXVector sine = Sine(128, 10, 2.0, 0.5);
-        std::copy(sine.Data(), sine.Data() + 128, v.FloatData());
-        fft.PowerSpectrum(v);
-        EXPECT_NEAR(v.FloatData()[10], 2.0, 1e-4);
-        EXPECT_NEAR(v.FloatData()[0], 0.25, 1e-4);
-        EXPECT_EQ(v.FloatData()[65], 0.0f);
-    }
+    // 128 samples are one segment; 256 are three (Welch), whose average must read the same.
+    for (TQXFFTLeakType window : {qxltRectangle, qxltHanning})
+        for (int count : {128, 256}) {
+            TQXFFT fft;
+            fft.SetLeakType(window);
+            TQXComplexVector v(128);
+            TQXVector sine = Sine(count, 10 * count / 128, 2.0, 0.5);
+            std::copy(sine.Data(), sine.Data() + count, v.FloatData());
+            fft.PowerSpectrum(v, count);
+            EXPECT_NEAR(v.FloatData()[10], 2.0, 1e-4) << count;
+            EXPECT_NEAR(v.FloatData()[0], 0.25, 1e-4) << count;
+            EXPECT_EQ(v.FloatData()[65], 0.0f);
+        }
     TQXFFT fft;
     TQXComplexVector nyquist(8);
     for (int i = 0; i < 8; ++i) nyquist.FloatData()[i] = i % 2 ? -0.5f : 0.5f;
-    fft.PowerSpectrum(nyquist);
+    fft.PowerSpectrum(nyquist, 8);
     EXPECT_NEAR(nyquist.FloatData()[4], 0.25, 1e-6);
     EXPECT_NEAR(nyquist.FloatData()[3], 0.0, 1e-6);
 }
 
 TEST(AutoCorrelation, IsTheLinearMeanOfLaggedProductsWithoutWrapAround)
 {
-    constexpr int C = 37;
     std::mt19937 rng(3);
     std::uniform_real_distribution<float> dist(-1, 1);
-    TQXComplexVector v(C);
-    for (int i = 0; i < C; ++i) v.FloatData()[i] = dist(rng);
-    const std::vector<float> x(v.FloatData(), v.FloatData() + C);
-    TQXFFT fft;
-    fft.SetLeakType(qxltBlackman);  // no window on an autocorrelation
-    fft.AutoCorrelation(v);
-    for (int k = 0; k < C; ++k) {
-        double sum = 0;
-        for (int i = 0; i + k < C; ++i) sum += double(x[i]) * x[i + k];
-        EXPECT_NEAR(v.FloatData()[k], sum / C, 1e-5) << k;
+    // (points, samples): transforms of 2C, 3C and 4C points.
+    for (auto [c, count] : {std::pair{36, 20}, std::pair{36, 37}, std::pair{36, 72}, std::pair{37, 74}}) {
+        TQXComplexVector v(c);
+        for (int i = 0; i < 2 * c; ++i) v.FloatData()[i] = i < count ? dist(rng) : 9.0f;
+        const std::vector<float> x(v.FloatData(), v.FloatData() + count);
+        TQXFFT fft;
+        fft.SetLeakType(qxltBlackman);  // no window on an autocorrelation
+        fft.AutoCorrelation(v, count);
+        for (int k = 0; k < c; ++k) {
+            double sum = 0;
+            for (int i = 0; i + k < count; ++i) sum += double(x[i]) * x[i + k];
+            EXPECT_NEAR(v.FloatData()[k], sum / count, 1e-5) << count << " " << k;
+        }
+        for (int k = c; k < 2 * c; ++k) ASSERT_EQ(v.FloatData()[k], 0.0f);
     }
-    for (int k = C; k < 2 * C; ++k) ASSERT_EQ(v.FloatData()[k], 0.0f);
 }
 
 TEST(TQXFFT, SizesTheTransformCannotTakeRaise)
@@ -129,9 +133,11 @@ TEST(TQXFFT, SizesTheTransformCannotTakeRaise)
     EXPECT_THROW(fft.RealFFT(TQXVector(7), big, false), EFFTError);
     EXPECT_THROW(fft.RealFFT(TQXVector(0), big, false), EFFTError);
     EXPECT_THROW(fft.RealFFT(TQXVector(130), big, false), EFFTError);  // needs 65 elements
-    EXPECT_THROW(fft.PowerSpectrum(odd), EFFTError);
-    EXPECT_THROW(fft.PowerSpectrum(none), EFFTError);
-    EXPECT_THROW(fft.AutoCorrelation(none), EFFTError);
+    EXPECT_THROW(fft.PowerSpectrum(odd, 5), EFFTError);
+    EXPECT_THROW(fft.PowerSpectrum(none, 1), EFFTError);
+    EXPECT_THROW(fft.PowerSpectrum(big, 129), EFFTError);  // more than the storage's 2C floats
+    EXPECT_THROW(fft.AutoCorrelation(none, 1), EFFTError);
+    EXPECT_THROW(fft.AutoCorrelation(big, 0), EFFTError);
     EXPECT_THROW(CreateKissRealFFTPlan(9), EFFTError);
     EXPECT_THROW(fft.SetBits(28), ERangeError);
     EXPECT_THROW(TQXVector(-1), ERangeError);
@@ -147,9 +153,9 @@ TEST(TQXFFT, MakesOnePlanPerSize)
     TQXComplexVector v(32);
     fft.RealFFT(TQXVector(64), v, false);
     fft.RealFFT(TQXVector(64), v, true);
-    fft.AutoCorrelation(v);  // pads 32 to 64
+    fft.AutoCorrelation(v, 32);  // pads 32 to 64
     TQXComplexVector w(64);
-    fft.PowerSpectrum(w);
+    fft.PowerSpectrum(w, 128);
     fft.RealFFT(TQXVector(16), v, false);
     EXPECT_EQ(made, (std::map<std::int32_t, int>{{16, 1}, {64, 1}}));
 }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -67,19 +68,25 @@ TEST(FFTProcessor, ASineLandsOnItsBinInEveryResult)
     EXPECT_NEAR(spec.data[64 - 2], 2.0, 1e-3);
     EXPECT_NEAR(spec.data[100], 0.0, 1e-3);
 
-    fft.SetSpecType(ksfftPowerSpec);  // over the first 512 samples: bins 2 Hz apart
+    fft.SetSpecType(ksfftPowerSpec);  // segments of 512 samples: bins 2 Hz apart
     TRVDataDouble power = Transform(fft, Sine(1024));
     ASSERT_EQ(power.count, 255);
     EXPECT_NEAR(power.data[32 - 1], 2.0, 1e-3);
+    // Silence, then the sine: Welch's segments at 0, 256 and 512 read 0, 2 / 4 and 2 at the bin
+    // (only the first 512 samples were once taken, reading 0).
+    TRVDataDouble late = Sine(1024);
+    std::fill(late.data, late.data + 512, 0.0);
+    late = Transform(fft, late);
+    EXPECT_NEAR(late.data[32 - 1], 2.5 / 3, 1e-4);
 
     fft.SetSpecType(ksfftAutocorr);
     TRVDataDouble autocorr = Transform(fft, Sine(1024));
     ASSERT_EQ(autocorr.count, 512);
-    for (int k : {0, 3, 100, 301}) {
-        const double expected = 2.0 * (512 - k) / 512 * std::cos(2 * std::numbers::pi * 64 * k / 1024);
+    for (int k : {0, 3, 100, 301}) {  // the mean over all 1024 samples
+        const double expected = 2.0 * (1024 - k) / 1024 * std::cos(2 * std::numbers::pi * 64 * k / 1024);
         EXPECT_NEAR(autocorr.data[k], expected, 0.02) << k;
     }
-    for (TRVDataDouble* block : {&spec, &power, &autocorr}) FreeDataDouble(*block);
+    for (TRVDataDouble* block : {&spec, &power, &late, &autocorr}) FreeDataDouble(*block);
 
     fft.SetSpecType(static_cast<TKSFFTSpecType>(7));
     TRVDataDouble unknown = Transform(fft, Sine(64));

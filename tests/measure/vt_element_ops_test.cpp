@@ -54,7 +54,8 @@ TEST(VTElementOps, TwoOperandsNeedTheSameNonZeroCount)
 
 TEST(VTElementOps, OneOperandScalings)
 {
-    EXPECT_EQ(Apply(DoDuplicate, {2, -4}), (V{2, -4}));
+    const double inf = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(Apply(DoDuplicate, {2, -4, kNone, -inf}), (V{2, -4, kNone, -inf}));  // a copy, not a computation
     EXPECT_EQ(Apply(DoInverse, {2, -4}), (V{-2, 4}));
     EXPECT_TRUE(Apply(DoInverse, {}).empty());
     const auto twoPoint = [](TQXScalingValues s) { return [s](const TRVDataDouble& a) { return DoTwoPoint(a, s); }; };
@@ -64,6 +65,30 @@ TEST(VTElementOps, OneOperandScalings)
     const auto poly = [](TQXCoefficients c) { return [c](const TRVDataDouble& a) { return DoPolyLin(a, c); }; };
     EXPECT_EQ(Apply(poly({1, 2, 3, 0, 0, 0, 4}), {0, 1, 2, -1}), (V{1, 10, 273, 6}));
     EXPECT_EQ(Apply(poly({0, 0, 0, 0, 0, 1, 0}), {2, -1}), (V{32, -1}));
+}
+
+// 1e200 x 1e200 once gave infinity, and operands without a value gave numbers (marker x 2, 1 / inf).
+TEST(VTElementOps, NoValueInOrNoFiniteResultGivesTheMarker)
+{
+    const double inf = std::numeric_limits<double>::infinity(), nan = std::numeric_limits<double>::quiet_NaN();
+    // Each row repeated, so that every case also meets the lanes of a vector loop and its tail.
+    const auto rep = [](const V& v) {
+        V out;
+        for (int i = 0; i < 7; ++i) out.insert(out.end(), v.begin(), v.end());
+        return out;
+    };
+    const auto row = [&](auto op, const V& a, const V& b, const V& expected) {
+        EXPECT_EQ(Apply(op, rep(a), rep(b)), rep(expected));
+    };
+    row(DoSum, {1e308, 1, kNone, inf, nan}, {1e308, 2, 1, 1, 1}, {kNone, 3, kNone, kNone, kNone});
+    row(DoSubtract, {-1e308, 5, inf, 1}, {1e308, 2, inf, kNone}, {kNone, 3, kNone, kNone});
+    row(DoProduct, {1e200, 3, inf, kNone, nan}, {1e200, 2, 0, 2, 0}, {kNone, 6, kNone, kNone, kNone});
+    row(DoDivision, {1e200, 6, 1, inf, kNone}, {1e-320, 2, inf, 1, 2}, {kNone, 3, kNone, kNone, kNone});
+    row([](const TRVDataDouble& a) { return DoTwoPoint(a, {1, 3, 10, 20, 0, 0}); }, {1e308, 2, kNone, -inf}, {},
+        {kNone, 15, kNone, kNone});
+    row([](const TRVDataDouble& a) { return DoPolyLin(a, {0, 0, 0, 0, 0, 1, 0}); }, {1e100, 2, kNone, nan}, {},
+        {kNone, 32, kNone, kNone});
+    row(DoInverse, {kNone, 2, nan}, {}, {kNone, -2, kNone});
 }
 
 TEST(VTElementOps, SplitTakesABitOfTheRoundedTwosComplementWord)
