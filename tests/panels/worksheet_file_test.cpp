@@ -61,11 +61,9 @@ class WorksheetFile : public ::testing::Test {
 public:
     static void SetUpTestSuite()
     {
-        if (FindStreamClass(QStringLiteral("TRecordingPanel")) == nullptr) {
-            RegisterStreamClass<TRecordingPanel>();
-            RegisterStreamClass<TStreamTag>();
-            RegisterStreamClass<TKSControlerPanelBase>();
-        }
+        RegisterStreamClass<TRecordingPanel>();
+        RegisterStreamClass<TStreamTag>();
+        RegisterStreamClass<TKSControlerPanelBase>();
     }
     void SetUp() override { GLog = {}; }
 
