@@ -12,17 +12,14 @@ namespace {
 
 TEST(ControlerPanelAreas, GrabberIsTheBottomRightSquareAndPinnerTheTopRightStrip)
 {
-    EXPECT_TRUE(IsInGrabberArea(QPoint(33, 23), QSize(40, 30)));
-    EXPECT_TRUE(IsInGrabberArea(QPoint(40, 30), QSize(40, 30)));
-    EXPECT_FALSE(IsInGrabberArea(QPoint(32, 25), QSize(40, 30)));
-    EXPECT_FALSE(IsInGrabberArea(QPoint(35, 22), QSize(40, 30)));
-
+    // The corner points of each area are inside; a step across one of its edges is outside.
+    const QSize size(40, 30);
+    EXPECT_TRUE(IsInGrabberArea({33, 23}, size) && IsInGrabberArea({40, 30}, size));
+    EXPECT_FALSE(IsInGrabberArea({32, 25}, size) || IsInGrabberArea({35, 22}, size));
     const QRect client(10, 10, 40, 30);
-    EXPECT_TRUE(IsInPinnerArea(QPoint(34, 12), client));
-    EXPECT_TRUE(IsInPinnerArea(QPoint(47, 20), client));
-    EXPECT_FALSE(IsInPinnerArea(QPoint(33, 15), client));
-    EXPECT_FALSE(IsInPinnerArea(QPoint(48, 15), client));
-    EXPECT_FALSE(IsInPinnerArea(QPoint(40, 21), client));
+    EXPECT_TRUE(IsInPinnerArea({34, 12}, client) && IsInPinnerArea({47, 20}, client));
+    EXPECT_FALSE(IsInPinnerArea({33, 15}, client) || IsInPinnerArea({48, 15}, client) ||
+                 IsInPinnerArea({40, 21}, client) || IsInPinnerArea({40, 11}, client));
 }
 
 // A page with one controller panel at (16, 5), 60 x 40, in design mode.

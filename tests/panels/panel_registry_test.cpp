@@ -1,9 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <QWidget>
-
 #include "qxbase/framework/exception.h"
 #include "qxbase/framework/stream_registry.h"
+#include "qxbase/panels/panel_base.h"
 #include "qxbase/panels/panel_registry.h"
 #include "qxbase/panels/panel_tab_page.h"
 #include "tests/framework/print_qstring.h"
@@ -12,12 +11,10 @@ using namespace qx;
 
 namespace {
 
-class TRegistryGauge : public QWidget {
+class TRegistryGauge : public TKSMSSink {
     Q_OBJECT
 public:
-    explicit TRegistryGauge(QWidget* parent = nullptr) : QWidget(parent) {}
-    static QString GetDescription(const QMetaObject&) { return QStringLiteral("gauge"); }
-    static QImage GetClassIcon() { return {}; }
+    using TKSMSSink::TKSMSSink;
     static QString GetDependencies() { return QStringLiteral("gauge.bpl"); }
 };
 

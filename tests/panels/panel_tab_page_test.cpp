@@ -1,14 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
-#include <QJsonArray>
-#include <QJsonObject>
 #include <QPixmap>
 
-#include "qxbase/framework/component_stream.h"
-#include "qxbase/framework/exception.h"
 #include "qxbase/panels/panel_tab_page.h"
-#include "tests/framework/print_qstring.h"
 
 using namespace qx;
 
@@ -66,38 +61,6 @@ TEST_F(PanelTabPagePaint, RunTimeShowsTheColourAndTheImageInItsStyle)
     EXPECT_EQ(At(0, 0), KBlack);
     EXPECT_EQ(At(58, 39), KWhite);
     EXPECT_EQ(At(59, 39), KBlack);
-}
-
-TEST(PanelTabPageStream, PageReadsBackWithItsImageAndStyle)
-{
-    TKSPanelTabPage page;
-    page.setObjectName(QStringLiteral("Page1"));
-    page.SetShowGrid(false);
-    page.SetRuntimeColor(clInfoBk);
-    page.SetSortOder(-3);
-    page.SetBackgroundPaintStyle(bipsTile);
-    page.SetBackgroundImage(Chequer());
-
-    const QJsonObject json = WriteComponent(page);
-    EXPECT_EQ(json["properties"].toObject()["BackgroundPaintStyle"].toString(), "bipsTile");
-    const std::unique_ptr<QObject> read = ReadComponent(json, nullptr);
-    auto* copy = qobject_cast<TKSPanelTabPage*>(read.get());
-    ASSERT_NE(copy, nullptr);
-    EXPECT_EQ(copy->GetRuntimeColor(), clInfoBk);
-    EXPECT_EQ(copy->GetBackgroundPaintStyle(), bipsTile);
-    EXPECT_EQ(copy->GetBackgroundImage().toImage(), Chequer().toImage());
-    EXPECT_EQ(WriteComponent(*copy), json);
-}
-
-TEST(PanelTabPageStream, NoImageIsWrittenWithoutOneAndBadImagesAreRefused)
-{
-    TKSPanelTabPage page;
-    QJsonObject json = WriteComponent(page);
-    EXPECT_TRUE(json["defined"].toObject().isEmpty());
-    for (const char* text : {"not base64 !", "AAAA"}) {
-        json["defined"] = QJsonObject{{"BackgroundImage", QJsonArray{QLatin1String(text)}}};
-        EXPECT_THROW(ReadComponent(json, nullptr), EStreamError) << text;
-    }
 }
 
 }  // namespace

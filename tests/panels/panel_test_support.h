@@ -9,13 +9,10 @@
 
 namespace qxtest {
 
-// Reaches the protected state of a panel and counts the property pages it was asked to show.
+// Counts the property pages a panel was asked to show.
 class TestPanel : public qx::TKSMSSink {
 public:
     using TKSMSSink::TKSMSSink;
-    using TKSMSSink::FBlinkLevel;
-    using TKSMSSink::FBlinkStep;
-    using TKSMSSink::FVisibilityGuard;
 
     void ShowPropertyPage() override { ++PagesShown; }
 
