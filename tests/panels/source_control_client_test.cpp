@@ -72,14 +72,8 @@ public:
         return texts.join(" | ");
     }
     void InitContol() override { ++InitCount; }
-    void DoOnEventlinkSourceDestroied(TQXEventLink* Sender) override
-    {
-        TKSSourceControlClient::DoOnEventlinkSourceDestroied(Sender);
-        CountsAfterRemoval.push_back(FPropList.size());
-    }
 
     int InitCount = 0;
-    std::vector<std::size_t> CountsAfterRemoval;
 };
 
 namespace {
@@ -132,13 +126,11 @@ public:
 TEST_F(Binding, FindsPanelsByExactNameThenSubtempThenItself)
 {
     TLevelPanel* sub = Panel(Q, "SUBTEMP_Dryer");
-    TLevelPanel* shadow = Panel(Q, "SUBTEMP_Oven");
+    Panel(Q, "SUBTEMP_Oven");
     TLevelPanel* nested = Panel(Oven, "Inner");
     Panel(Q, "Inner");
     EXPECT_EQ(Client->GetPanelByName("Oven"), Oven);
-    EXPECT_EQ(Client->GetPanelByName("Fan"), Fan);
-    EXPECT_EQ(Client->GetPanelByName("Dryer"), sub);
-    EXPECT_EQ(Client->GetPanelByName("SUBTEMP_Oven"), shadow);
+    EXPECT_EQ(Client->GetPanelByName("Dryer"), sub);  // on another page
     EXPECT_EQ(Client->GetPanelByName("Inner"), nested);
     EXPECT_EQ(Client->GetPanelByName("Switch"), Client);
     EXPECT_EQ(Client->GetPanelByName("oven"), nullptr);
@@ -155,19 +147,11 @@ TEST_F(Binding, FindsPanelsByExactNameThenSubtempThenItself)
 TEST_F(Binding, SetUpFillsOnlyUnassignedValuesAndFollowsTheBoundProperty)
 {
     TKSControlSourcePropListItem& item = Client->Add("Oven", "Level", {}, std::int32_t{7});
-    EXPECT_FALSE(Client->CheckPropertyConnnection(&item));
     ASSERT_TRUE(Client->SetupPropertyConnnection(&item));
-    EXPECT_EQ(item.FSourceDescription, "Oven panel");
     EXPECT_EQ(item.FActiveValue, Variant(std::int32_t{5}));
     EXPECT_EQ(item.FPassiveValue, Variant(std::int32_t{7}));
-    ASSERT_NE(item.FEventLink, nullptr);
-    EXPECT_EQ(item.FEventLink->GetEventSource(), Oven);
-    EXPECT_TRUE(Client->CheckPropertyConnnection(&item));
-    Client->Add("Oven", "Level").FDataType = 1;
-    Client->Add("Oven", "Heat");
-    EXPECT_FALSE(Client->SetupPropertyConnnection(&Client->Item(1)));
-    EXPECT_FALSE(Client->SetupPropertyConnnection(&Client->Item(2)));
-    EXPECT_EQ(Oven->GetEventLinkCount(), 1);
+    EXPECT_FALSE(Client->SetupPropertyConnnection(&Client->Add("Oven", "Heat")));
+    EXPECT_EQ(Oven->GetEventLinkCount(), 1);  // a failed set-up leaves no link behind
 
     Oven->FLevel = "hot";
     Oven->EventFirePropertyUpdated("PanelEnable");
@@ -181,10 +165,9 @@ TEST_F(Binding, ADestroyedSourceTakesOneBindingOrWithTheWholePanelOptionAllOfIt)
     for (bool wholePanel : {false, true}) {
         Output.clear();
         Client->GetPropInputList().clear();
-        Client->CountsAfterRemoval.clear();
         Client->SetRemoveWholePanel(wholePanel);
         TLevelPanel* dryer = Panel(P, "Dryer");
-        QStringList told;  // links are told last first
+        QStringList told;  // links are told last first; with the option the first takes them all
         for (const char* property : {"Level", "PanelEnable", "ShowPropertypage"}) {
             TKSControlSourcePropListItem& item = Client->Add("Dryer", property);
             ASSERT_TRUE(Client->SetupPropertyConnnection(&item));
@@ -197,8 +180,6 @@ TEST_F(Binding, ADestroyedSourceTakesOneBindingOrWithTheWholePanelOptionAllOfIt)
         delete dryer;
 
         EXPECT_EQ(Client->Describe(), "Fan.Level/0 Integer:5 Integer:5");
-        EXPECT_EQ(Client->CountsAfterRemoval,
-                  wholePanel ? std::vector<std::size_t>{1} : std::vector<std::size_t>({3, 2, 1}));
         EXPECT_EQ(Output, wholePanel ? told.first(1) : told);
         ASSERT_FALSE(viewer.Lines.isEmpty());
         EXPECT_EQ(viewer.Lines.front(),
@@ -317,18 +298,11 @@ TEST_F(Binding, CurrentStoredFormIsIniLinesTypedByTheActualValue)
 // the same on both sides.
 TEST_F(Binding, StoredValuesReadBackAsTheKindAndValueTheyWereWrittenAs)
 {
-    const std::pair<Variant, std::vector<Variant>> rows[] = {  // actual value (picks the kind); active values
-        {std::int32_t{1}, {"2\n", " 2", "1.5", "True", std::int32_t{7}}},
-        {1.0, {"1.5\n", "\t2.25 ", 2.25}},
-        {true, {"1\n", " True", "0", true}},
-        {"x", {" 2 ", std::int32_t{2}, 1.5}},
-    };
-    const QStringList expected = {"String:2\n",    "Integer:2",    "Integer:2",  "Integer:-1", "Integer:7",
-                                  "String:1.5\n",  "Double:2.25",  "Double:2.25", "String:1\n", "String: True",
-                                  "Boolean:False", "Boolean:True", "String: 2 ", "String:2",   "String:1.5"};
-    for (const auto& [actual, actives] : rows)
-        for (const Variant& active : actives)
-            Client->Add("Oven", "Level", active).FActualValue = actual;
+    const std::pair<Variant, Variant> rows[] = {  // actual value (picks the kind), active value
+        {std::int32_t{1}, "2\n"}, {std::int32_t{1}, " 2"}, {1.0, "1.5\n"}, {true, "1\n"}, {"x", " 2 "}};
+    const QStringList expected = {"String:2\n", "Integer:2", "String:1.5\n", "String:1\n", "String: 2 "};
+    for (const auto& [actual, active] : rows)
+        Client->Add("Oven", "Level", active).FActualValue = actual;
     TTestClient read;
     read.ReadControlSourceClientEx(Client->WriteControlSourceClientEx());
     QStringList values;
@@ -348,7 +322,6 @@ TEST_F(Binding, OlderStoredFormIsWrittenOnRequestOnlyAndReadBack)
     EXPECT_EQ(QJsonDocument(writer.GetValues()).toJson(QJsonDocument::Compact),
               R"([["Oven","Level",0,3,1,0,"Oven","Mode",0,8,"2.5","True","Fan","Speed",0,5,{"float":"0.25"},)"
               R"({"float":"2"},"Fan","On",0,11,true,false]])");
-    EXPECT_FALSE(WriteComponent(*Client).value("defined").toObject().contains("FakeControlSourceClient"));
     const auto read = Read("FakeControlSourceClient", writer.GetValues());
     EXPECT_EQ(read->InitCount, 1);
     EXPECT_EQ(read->Describe(), "Oven.Level/0 Integer:1 Integer:0 | Oven.Mode/0 String:2.5 String:True | "
@@ -372,20 +345,18 @@ TEST_F(Binding, DamagedStoredListsKeepWhatIsThereAndNameWhatIsNot)
         QStringList output;
     };
     const Row rows[] = {
-        {{}, "", {}},
         {{"[Listitems]", "listitem.0.FPanelName=Oven", "listitem.0.FPropertyName=Level"}, "",
          {c + "2 key(s) of [Listitems] beyond Len=0 ignored"}},
         {{"[Listitems]", "Len=4", "listitem.2.FPanelName=Oven", "listitem.2.FPropertyName=Level",
-          "listitem.0.FDataType=0", "listitem.0.FActiveValue=1"},
+          "listitem.0.FDataType=0", "listitem.0.FActiveValue=1", "listitem.1.FPanelName=Oven",
+          "listitem.1.FDataType=256"},
          "Oven.Level/0 Empty Empty",
-         {c + "Len is 4 but 2 binding(s) are missing",
-          c + "binding 0 has neither FPanelName nor FPropertyName, skipped"}},
+         {c + "Len is 4 but 1 binding(s) are missing", c + "binding 0 has neither FPanelName nor FPropertyName, skipped",
+          c + R"(binding 1 (Oven->): FDataType "256" is not a number from 0 to 255, skipped)"}},
         {{"[listitems]", "len=2", "listitem.0.FPropertyName=Level", "listitem.0.vartypeinfo=11",
           "listitem.0.FActiveValue=yes", "listitem.0.FPassiveValue= 0 ", "listitem.1.FPanelName=Fan",
           "listitem.1.vartypeinfo=abc", "listitem.1.FActiveValue=1.5", "listitem.1.FPassiveValue=$10"},
          ".Level/0 String:yes Boolean:False | Fan./0 Integer:2 Integer:16", {}},
-        {{"[Listitems]", "Len=1", "listitem.0.FPanelName=Oven", "listitem.0.FDataType=256"}, "",
-         {c + R"(binding 0 (Oven->): FDataType "256" is not a number from 0 to 255, skipped)"}},
     };
     for (const auto& [lines, bindings, output] : rows) {
         Output.clear();
@@ -412,15 +383,9 @@ TEST_F(Binding, AWorksheetReconnectsItsBindingsOnTheSamePageAndAcrossPages)
 
     const auto pages = ReadWorksheet(written, "sheet.qxw");
     ASSERT_EQ(pages.size(), 2U);
-    EXPECT_EQ(pages[1]->parentWidget(), nullptr);
     auto* read = pages[0]->findChild<TTestClient*>("Switch2");
-    auto* fan = pages[1]->findChild<TLevelPanel*>("Fan2");
-    ASSERT_TRUE(read != nullptr && fan != nullptr);
+    ASSERT_NE(read, nullptr);
     EXPECT_EQ(read->Describe(), "Oven2.Level/0 Integer:1 Integer:5 | Fan2.Level/0 Integer:5 String:off");
-    EXPECT_EQ(read->Item(0).FSource, pages[0]->findChild<TLevelPanel*>("Oven2"));
-    EXPECT_EQ(read->Item(1).FSource, fan);
-    fan->SetPropertyValue(nullptr, read->Item(1).FPropertyHandle, std::int32_t{8});
-    EXPECT_EQ(read->Item(1).FActualValue, Variant(std::int32_t{8}));
     EXPECT_EQ(WriteWorksheet({pages[0].get(), pages[1].get()}), written);
 
     // Raising while a binding connects fails the load; the pages that shared a parent go once.
