@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "qxbase/panels/panel_geometry.h"
 
 using namespace qx;
@@ -10,13 +12,7 @@ QPolygon Points(std::initializer_list<QPoint> points) { return QPolygon(QList<QP
 
 }  // namespace
 
-TEST(PanelEars, ThirdOfTheWidthAtMostThirty)
-{
-    EXPECT_EQ(GetPartWidth(300), 30);
-    EXPECT_EQ(GetPartWidth(60), 20);
-    EXPECT_EQ(GetPartWidth(31), 10);
-}
-
+// The ear width (a third, at most 30) is checked on a real panel in panel_interaction_test.
 TEST(PanelFrame, EarPolygonForTheRegionRunsOnTheOuterEdges)
 {
     EXPECT_EQ(PolyFramePoints(QRect(0, 0, 60, 40), 20, true, false, true, 0, 0, false),
@@ -39,48 +35,29 @@ TEST(PanelHitAreas, PopupButtonIncludesItsRightEdgePageActivatorDoesNot)
     EXPECT_FALSE(IsInPageActivatorArea(QPoint(82, 6), client) || IsInPageActivatorArea(QPoint(76, 9), client));
 }
 
-struct AreaRow {
-    const char* name;
-    QPoint point;
-    int width;
-    int border;
-    int area;
-};
-
-class PanelResizeAreas : public ::testing::TestWithParam<AreaRow> {};
-
-TEST_P(PanelResizeAreas, FirstHitInTableOrder)
+// The first area that holds the point wins; a panel of 28 pixels or less has no top corners.
+TEST(PanelResizeAreas, FirstHitInTableOrder)
 {
-    const AreaRow& row = GetParam();
-    EXPECT_EQ(ResizeAreaAt(row.point.x(), row.point.y(), QRect(0, 0, row.width, 80), row.width, row.border),
-              row.area);
+    const std::tuple<QPoint, int, int, int> rows[] = {  // point, width, border width, area
+        {{89, 68}, 100, 0, 7}, {{89, 10}, 100, 0, 5}, {{10, 10}, 100, 0, 1}, {{10, 68}, 100, 0, 3},
+        {{2, 40}, 100, 2, 8},  {{99, 40}, 100, 0, 6}, {{50, 0}, 100, 0, 2},  {{50, 79}, 100, 0, 4},
+        {{88, 67}, 100, 0, 0}, {{27, 5}, 28, 0, 6}};
+    for (const auto& [at, width, border, area] : rows)
+        EXPECT_EQ(ResizeAreaAt(at.x(), at.y(), QRect(0, 0, width, 80), width, border), area) << at.x() << "," << at.y();
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, PanelResizeAreas,
-    ::testing::Values(AreaRow{"BottomRight", {89, 68}, 100, 0, 7}, AreaRow{"TopRight", {89, 10}, 100, 0, 5},
-                      AreaRow{"TopLeft", {10, 10}, 100, 0, 1}, AreaRow{"BottomLeft", {10, 68}, 100, 0, 3},
-                      AreaRow{"LeftEdgeWithBorder", {2, 40}, 100, 2, 8}, AreaRow{"RightEdge", {99, 40}, 100, 0, 6},
-                      AreaRow{"TopEdge", {50, 0}, 100, 0, 2}, AreaRow{"BottomEdge", {50, 79}, 100, 0, 4},
-                      AreaRow{"JustInsideCorner", {88, 67}, 100, 0, 0},
-                      // A narrow panel has no top corners: the top-right point falls to the right edge.
-                      AreaRow{"NarrowTopRight", {27, 5}, 28, 0, 6}),
-    [](const ::testing::TestParamInfo<AreaRow>& row) { return std::string(row.param.name); });
-
+// Areas 1 and 7 are dragged on a real panel in panel_interaction_test.
 TEST(PanelResize, EachAreaMovesItsOwnEdges)
 {
     const QRect down(100, 50, 200, 120);
-    EXPECT_EQ(ResizedBounds(1, down, 10, 5), QRect(110, 55, 190, 115));
     EXPECT_EQ(ResizedBounds(3, down, 10, 5), QRect(110, 50, 190, 125));
     EXPECT_EQ(ResizedBounds(5, down, 10, 5), QRect(100, 55, 210, 115));
-    EXPECT_EQ(ResizedBounds(7, down, 10, 5), QRect(100, 50, 210, 125));
     EXPECT_EQ(ResizedBounds(8, down, 10, 5), QRect(110, 50, 190, 120));
     EXPECT_EQ(ResizedBounds(0, down, 10, 5), down);
 }
 
 TEST(PanelSnap, MoveTruncatesWhereResizeRounds)
 {
-    EXPECT_EQ(SnapMovedPosition(QPoint(27, 27), 10, 10), QPoint(20, 19));
     EXPECT_EQ(SnapResizedBounds(QRect(27, 27, 100, 100), 10, 10).topLeft(), QPoint(30, 29));
     // Width rounds; height keeps the 21 pixels of caption and bottom strip off the grid.
     EXPECT_EQ(SnapResizedBounds(QRect(0, 0, 104, 104), 10, 10).size(), QSize(100, 101));
@@ -101,18 +78,12 @@ TEST(PanelLines, EndPointIsLeftOut)
     EXPECT_EQ(PolylinePixels(Points({{0, 0}, {3, 0}, {3, 3}, {0, 3}, {0, 0}})).size(), 12);
 }
 
+// Single-channel blends and brightness steps show in the painted frame (panel_interaction_test).
 TEST(PanelColors, LightBlendAndBrightnessClampPerComponent)
 {
-    EXPECT_EQ(ChangeLight(0x804020, 0.5), 0x402010);
     EXPECT_EQ(ChangeLight(0xC08040, 1.5), 0xFFC060);
     EXPECT_EQ(ChangeLight(clWhite, -0.2), 0x000000);
     EXPECT_EQ(ChangeLight(clBtnShadow, 1.0), 0x808080);  // system colours resolve first
-
-    EXPECT_EQ(BlendColors(0x0000FF, 0xFF0000, 1.0), 0x0000FF);
-    EXPECT_EQ(BlendColors(0x0000FF, 0xFF0000, 0.0), 0xFF0000);
-    EXPECT_EQ(BlendColors(0x0000C8, 0x000064, 0.5), 0x000096);
-    EXPECT_EQ(BlendColors(0x0000FF, 0x000000, 1.2), 0x0000FF);
-
+    EXPECT_EQ(BlendColors(0x0000FF, 0xFF0000, 0.25), 0xBF0040);
     EXPECT_EQ(ChangeBrightness(0x10C8F0, 40), 0x38F0FF);
-    EXPECT_EQ(ChangeBrightness(0x10C8F0, -40), 0x00A0C8);
 }
