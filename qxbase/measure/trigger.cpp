@@ -31,6 +31,7 @@ bool IsChannelOf(std::int32_t Channel, std::size_t Count) noexcept
 
 TRVTrigger::~TRVTrigger()
 {
+    if (FGone) *FGone = true;
     FreeDataDoubleArray(FCaptureData);
     FreeDataDoubleArray(FCaptureTime);
 }
@@ -154,7 +155,7 @@ void TRVTrigger::ProcessData(const TRVShortdefs& Shortdefs, const TRVDataDoubleA
                              const TRVDataDoubleArray& TimeChannel)
 {
     const std::size_t channels = Shortdefs.size();
-    if (FProcessing || !IsChannelOf(FTriggerChannel, channels)) return;
+    if (FGone || !IsChannelOf(FTriggerChannel, channels)) return;
 
     // A channel may come without a time block (a spectrum, fewer time blocks than channels, a
     // time block too short): it is captured without one. Only what cannot be read is refused.
@@ -167,11 +168,16 @@ void TRVTrigger::ProcessData(const TRVShortdefs& Shortdefs, const TRVDataDoubleA
     if (watchStop && !IsChannelOf(FStopTriggerChannel, channels))
         throw TRVTriggerException(res::_rsInvalidTriggerChannel.Text());
 
+    bool gone = false;
+    FGone = &gone;
     struct TProcessingGuard {
-        bool& Flag;
-        explicit TProcessingGuard(bool& f) : Flag(f) { Flag = true; }
-        ~TProcessingGuard() { Flag = false; }
-    } guard(FProcessing);
+        bool*& Flag;
+        const bool& Gone;
+        ~TProcessingGuard()
+        {
+            if (!Gone) Flag = nullptr;
+        }
+    } guard{FGone, gone};
 
     FShortdefs.resize(channels);
     for (std::size_t i = 0; i < channels; ++i) {
@@ -193,7 +199,7 @@ void TRVTrigger::ProcessData(const TRVShortdefs& Shortdefs, const TRVDataDoubleA
             StateReset();
             const std::uint32_t generation = FGeneration;
             SendStopEvent();
-            if (generation != FGeneration) return;
+            if (gone || generation != FGeneration) return;
         }
     }
     RedimensionStore(channels);

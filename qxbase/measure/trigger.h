@@ -56,7 +56,9 @@ using TRVTriggerCaptureEvent =
 // trigger channel crosses (same type and level as the trigger), or with Reset.
 //
 // Not reentrant: a ProcessData call from inside one of its own handlers is ignored. A setting
-// that resets the state, changed from inside a handler, drops the rest of the current block.
+// that resets the state, changed from inside a handler, drops the rest of the current block. A
+// handler may destroy the trigger (its owner's receiver may delete the owner): the call then
+// returns at once.
 class QXBASE_EXPORT TRVTrigger {
 public:
     TRVTrigger() = default;
@@ -166,6 +168,10 @@ private:
     void AppendToStore(std::int32_t From, std::int32_t To) noexcept;
     // False once a handler has reset the state during this call.
     bool Unchanged() const noexcept { return FGeneration == FLoopGeneration; }
+    // Calls a handler; false when it destroyed the trigger (then nothing of it may be touched)
+    // or reset the state.
+    template <class F>
+    bool SurvivesHandler(F&& Call);
 
     // Settings
     std::int32_t FTriggerChannel = 0;
@@ -191,7 +197,7 @@ private:
     bool FStopPending = false;   // the stop trigger came; the run ends with this buffer
     bool FRefillStore = false;   // the store predates a pause in single-shot mode
     bool FCaptureTookBlock = false;  // the capture reached the trigger sample
-    bool FProcessing = false;
+    bool* FGone = nullptr;  // while ProcessData runs: set when the trigger is destroyed
     std::int32_t FPreFillCount = 0;
     std::int32_t FFillPosition = 0;  // next position in the capture buffer
     std::int32_t FStoreToCapture = 0;  // store samples that still go into the capture

@@ -40,6 +40,14 @@ void ShiftIntoStore(double* Store, std::int32_t Size, const double* Source, std:
 
 }  // namespace
 
+template <class F>
+bool TRVTrigger::SurvivesHandler(F&& Call)
+{
+    const bool* const gone = FGone;
+    Call();
+    return !*gone && Unchanged();
+}
+
 void TRVTrigger::TriggerOnData()
 {
     if (FSingleShot && FSingleShotDone) {
@@ -114,8 +122,7 @@ bool TRVTrigger::WaitForTrigger()
     FStoreToCapture = std::max(FPreTrigger, 0);
     FStopPending = false;
     FStopDetector.Disarm();
-    SendStartEvent();
-    return Unchanged();
+    return SurvivesHandler([this] { SendStartEvent(); });
 }
 
 void TRVTrigger::FillCapture(bool WatchStop)
@@ -174,9 +181,8 @@ bool TRVTrigger::FillTrigger()
         ++FCursor.Position;
     }
     if (FSingleShot) FSingleShotDone = true;
-    if (!HandOnCapture()) return false;
-    SendStopEvent();
-    return Unchanged() && FCursor.Position < FCursor.Count;
+    if (!HandOnCapture() || !SurvivesHandler([this] { SendStopEvent(); })) return false;
+    return FCursor.Position < FCursor.Count;
 }
 
 bool TRVTrigger::FillTriggerChartRecorder()
@@ -193,10 +199,7 @@ bool TRVTrigger::FillTriggerChartRecorder()
         if (FSingleShot) FSingleShotDone = true;
     }
     if (!HandOnCapture()) return false;
-    if (endRun) {
-        SendStopEvent();
-        if (!Unchanged()) return false;
-    }
+    if (endRun && !SurvivesHandler([this] { SendStopEvent(); })) return false;
     return FCursor.Position < FCursor.Count;
 }
 
@@ -223,8 +226,7 @@ bool TRVTrigger::HandOnCapture()
     FCaptureTime.assign(handedOn.Time.size(), TRVDataDouble{});
     for (std::size_t i = 0; i < handedOn.Time.size(); ++i)
         if (FCaptureTimeMissing[i] != 0) std::swap(FCaptureTime[i], handedOn.Time[i]);
-    handler(FShortdefs, handedOn.Data, handedOn.Time, startTime);
-    return Unchanged();
+    return SurvivesHandler([&] { handler(FShortdefs, handedOn.Data, handedOn.Time, startTime); });
 }
 
 }  // namespace qx

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "qxbase/framework/exception.h"
 #include "qxbase/framework/variant.h"
@@ -389,16 +390,20 @@ void TQXVirtualChannelTable::SendData(TQXMeasureLinkEx* Link, const TRVShortdefs
 {
     Q_UNUSED(Link);
     TQXDestructionWatch::Frame frame(FWatch);
-    // A set sent from within a delivery of ours must not reuse the arrays being delivered.
+    // The arrays being sent live on this stack, so that they outlast the delivery even when a
+    // receiver destroys the table; they borrow the member's capacity, except in a set sent from
+    // within a delivery of ours, which must not reuse the arrays being delivered.
     const bool nested = FWorkspaceBusy;
-    TWorkspace local;
-    TWorkspace& w = nested ? local : FWorkspace;
+    TWorkspace w;
+    if (!nested) std::swap(w, FWorkspace);
     FWorkspaceBusy = true;
     const auto release = qScopeGuard([&] {
         if (frame.Gone()) return;
         w.Blocks.clear();  // the input blocks are not ours to keep pointing at
         w.Time.clear();
-        if (!nested) FWorkspaceBusy = false;
+        if (nested) return;
+        std::swap(w, FWorkspace);
+        FWorkspaceBusy = false;
     });
 
     if (FChannels.empty()) {

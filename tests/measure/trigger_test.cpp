@@ -272,4 +272,24 @@ TEST(TriggerReceivers, EventsOrderNestedCallsResetsAndFailures)
     EXPECT_EQ(t.GetTriggerState(), qxtsTriggerDone);
 }
 
+// Its owner's receiver may destroy the owner; the trigger once went on using itself.
+TEST(TriggerReceivers, AHandlerMayDestroyTheTrigger)
+{
+    for (int at : {0, 1, 2}) {
+        auto* t = new TRVTrigger;
+        t->SetTriggerType(trtPos);
+        t->SetBufferSize(3);
+        int calls = 0;
+        const auto destroy = [&](TRVTrigger*) {
+            ++calls;
+            delete t;
+        };
+        (at == 0 ? t->OnStart : t->OnStop) = destroy;
+        if (at == 1)
+            t->OnCapture = [&](const TRVShortdefs&, TRVDataDoubleArray&, TRVDataDoubleArray&, double) { destroy(t); };
+        FeedCut(*t, OneChannel({-1, 1, 2, 3, -1, 1, 2, 3}), {});
+        EXPECT_EQ(calls, 1) << at;
+    }
+}
+
 }  // namespace

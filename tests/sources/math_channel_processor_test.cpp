@@ -227,3 +227,19 @@ TEST(MathChannelProcessor, FFTSettingsOnTheBusAnnounceChangesOnly)
     EXPECT_EQ(math.GetTable().GetFFT().GetWindow(), qxltHamming);
     EXPECT_EQ(updates, 2);
 }
+
+// A receiver may destroy the processor that feeds it: the set it was sent once lived in the
+// destroyed table's arrays.
+TEST(MathChannelProcessor, AReceiverMayDestroyIt)
+{
+    QStringList log;
+    TQXMeasureSourceEx source;
+    auto* math = new TKSMathChannelProcessor;
+    math->SetQXMeasureSource(&source);
+    AddOp(*math, "Inverted", qxvtInverse, 0, -1);
+    TConsumer consumer("c", log);
+    consumer.AfterData = [&] { delete math; };
+    consumer.Link.SetQXMeasureSourceEx(math);
+    TBlockSet(1, 4).SendFrom(source);
+    EXPECT_EQ(log, QStringList({"c:settings", "c:data", "c:gone"}));
+}
