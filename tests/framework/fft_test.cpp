@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <map>
 #include <numbers>
@@ -23,32 +24,16 @@ TQXVector Sine(std::int32_t N, int Bin, double Amplitude, double Dc = 0)
 
 }  // namespace
 
-TEST(RealFFT, EveryWindowReadsTheAmplitudeAndConstantPart)
+TEST(RealFFT, AmplitudesReadTheSinesAndKeptBinsAreTheWindowedNaiveDFT)
 {
-    for (TQXFFTLeakType window : {qxltRectangle, qxltHanning, qxltHamming, qxltBlackman}) {
-        SCOPED_TRACE(window);
-        TQXFFT fft;
-        fft.SetLeakType(window);
-        TQXComplexVector out(200);
-        TQXVector in = Sine(256, 20, 3.0, 1.5);
-        const TQXVector high = Sine(256, 125, 0.5);  // lands past the last group of four bins
-        for (int i = 0; i < 256; ++i) in.Data()[i] += high.Data()[i];
-        fft.RealFFT(in, out, false);
-        EXPECT_NEAR(out.FloatData()[20], 3.0, 1e-4);
-        EXPECT_NEAR(out.FloatData()[125], 0.5, 1e-4);
-        EXPECT_NEAR(out.FloatData()[0], 1.5, 1e-4);
-        EXPECT_NEAR(out.FloatData()[60], 0.0, 1e-4);
-        for (int k = 128; k < out.GetFloatCount(); ++k) ASSERT_EQ(out.FloatData()[k], 0.0f) << k;
-    }
-}
-
-TEST(RealFFT, KeepComplexPacksTheWindowedBinsOfANaiveDFT)
-{
+    TQXVector sines = Sine(256, 20, 3.0, 1.5);
+    const TQXVector high = Sine(256, 125, 0.5);  // lands past the last group of four bins
+    for (int i = 0; i < 256; ++i) sines.Data()[i] += high.Data()[i];
     constexpr int N = 16;
     std::mt19937 rng(7);
     std::uniform_real_distribution<float> dist(-1, 1);
-    TQXVector in(N);
-    for (int i = 0; i < N; ++i) in.Data()[i] = dist(rng);
+    TQXVector noise(N);
+    for (int i = 0; i < N; ++i) noise.Data()[i] = dist(rng);
     // The periodic windows over N, written out here rather than taken from the code under test.
     const auto window = [](TQXFFTLeakType type, int i) {
         const double c = std::cos(kTwoPi * i / N);
@@ -63,22 +48,23 @@ TEST(RealFFT, KeepComplexPacksTheWindowedBinsOfANaiveDFT)
         SCOPED_TRACE(type);
         TQXFFT fft;
         fft.SetLeakType(type);
-        TQXComplexVector out(10);
-        fft.RealFFT(in, out, true);
+        TQXComplexVector out(200);
+        std::fill(out.FloatData(), out.FloatData() + out.GetFloatCount(), 7.0f);  // what was there must go
+        fft.RealFFT(sines, out, false);
+        EXPECT_NEAR(out.FloatData()[20], 3.0, 1e-4);
+        EXPECT_NEAR(out.FloatData()[125], 0.5, 1e-4);
+        EXPECT_NEAR(out.FloatData()[0], 1.5, 1e-4);
+        for (int k = 128; k < out.GetFloatCount(); ++k) ASSERT_EQ(out.FloatData()[k], 0.0f) << k;
+
+        // Kept bins, over the amplitudes: bin N/2, which is real, rides in bin 0's imaginary part.
+        fft.RealFFT(noise, out, true);
         for (int k = 0; k <= N / 2; ++k) {
             std::complex<double> x;
-            for (int i = 0; i < N; ++i) x += in.Data()[i] * window(type, i) * std::polar(1.0, -kTwoPi * k * i / N);
-            if (k == N / 2) {
-                EXPECT_NEAR(out.Data()[0].imag(), x.real(), 1e-5);
-            } else {
-                EXPECT_NEAR(out.Data()[k].real(), x.real(), 1e-5) << k;
-                if (k > 0) {
-                    EXPECT_NEAR(out.Data()[k].imag(), x.imag(), 1e-5) << k;
-                }
-            }
+            for (int i = 0; i < N; ++i) x += noise.Data()[i] * window(type, i) * std::polar(1.0, -kTwoPi * k * i / N);
+            const std::complex<float> got = k == 0 ? out.Data()[0].real() : k == N / 2 ? out.Data()[0].imag() : out.Data()[k];
+            EXPECT_NEAR(std::abs(std::complex<double>(got) - x), 0.0, 1e-5) << k;
         }
-        EXPECT_EQ(out.Data()[8], std::complex<float>{});
-        EXPECT_EQ(out.Data()[9], std::complex<float>{});
+        for (int k = N / 2; k < out.GetCount(); ++k) ASSERT_EQ(out.Data()[k], std::complex<float>{}) << k;
     }
 }
 
@@ -91,18 +77,13 @@ TEST(PowerSpectrum, SineReadsHalfItsSquaredAmplitudeAndTheEdgesTheirSquares)
             fft.SetLeakType(window);
             TQXComplexVector v(128);
             TQXVector sine = Sine(count, 10 * count / 128, 2.0, 0.5);
-            std::copy(sine.Data(), sine.Data() + count, v.FloatData());
+            for (int i = 0; i < count; ++i) v.FloatData()[i] = sine.Data()[i] + (i % 2 ? -0.5f : 0.5f);
             fft.PowerSpectrum(v, count);
             EXPECT_NEAR(v.FloatData()[10], 2.0, 1e-4) << count;
             EXPECT_NEAR(v.FloatData()[0], 0.25, 1e-4) << count;
+            EXPECT_NEAR(v.FloatData()[64], 0.25, 1e-4) << count;  // the alternating 0.5 on bin C/2
             EXPECT_EQ(v.FloatData()[65], 0.0f);
         }
-    TQXFFT fft;
-    TQXComplexVector nyquist(8);
-    for (int i = 0; i < 8; ++i) nyquist.FloatData()[i] = i % 2 ? -0.5f : 0.5f;
-    fft.PowerSpectrum(nyquist, 8);
-    EXPECT_NEAR(nyquist.FloatData()[4], 0.25, 1e-6);
-    EXPECT_NEAR(nyquist.FloatData()[3], 0.0, 1e-6);
 }
 
 TEST(AutoCorrelation, IsTheLinearMeanOfLaggedProductsWithoutWrapAround)
@@ -131,7 +112,6 @@ TEST(TQXFFT, SizesTheTransformCannotTakeRaise)
     TQXFFT fft;
     TQXComplexVector big(64), odd(5), none(0);
     EXPECT_THROW(fft.RealFFT(TQXVector(7), big, false), EFFTError);
-    EXPECT_THROW(fft.RealFFT(TQXVector(0), big, false), EFFTError);
     EXPECT_THROW(fft.RealFFT(TQXVector(130), big, false), EFFTError);  // needs 65 elements
     EXPECT_THROW(fft.PowerSpectrum(odd, 5), EFFTError);
     EXPECT_THROW(fft.PowerSpectrum(none, 1), EFFTError);
@@ -150,11 +130,10 @@ TEST(TQXFFT, MakesOnePlanPerSize)
         ++made[size];
         return CreateKissRealFFTPlan(size);
     });
-    TQXComplexVector v(32);
+    TQXComplexVector v(32), w(64);
     fft.RealFFT(TQXVector(64), v, false);
     fft.RealFFT(TQXVector(64), v, true);
     fft.AutoCorrelation(v, 32);  // pads 32 to 64
-    TQXComplexVector w(64);
     fft.PowerSpectrum(w, 128);
     fft.RealFFT(TQXVector(16), v, false);
     EXPECT_EQ(made, (std::map<std::int32_t, int>{{16, 1}, {64, 1}}));
