@@ -60,7 +60,7 @@ QStringList BindingLines(const qx::TKSSourceControlClient& client)
                      .arg(item->FActiveValue.VarType())
                      .arg(item->FPassiveValue.ToString())
                      .arg(item->FPassiveValue.VarType())
-                     .arg(item->FSource != nullptr ? "" : " unresolved");
+                     .arg(item->IsResolved() ? "" : " unresolved");
     return lines;
 }
 
