@@ -80,7 +80,7 @@ void ListBindings(QTextStream& out, const TDemoClientPanel& Client)
         out << "  " << item->FPanelName << "->" << item->FPropertyName << "  active "
             << BindingValueText(*item, item->FActiveValue) << ", passive "
             << BindingValueText(*item, item->FPassiveValue)
-            << (item->FSource != nullptr ? "" : "  (unresolved)") << Qt::endl;
+            << (item->IsResolved() ? "" : "  (unresolved)") << Qt::endl;
 }
 
 // One link per bound panel that prints what the panel announces.

@@ -199,7 +199,9 @@ public:
     void DoResizeCursor(int X, int Y);
     void DoResize(int X, int Y);
 
-    // Notification hooks of the owner; unset by default.
+    // Notification hooks of the owner; unset by default. Each runs in the middle of the panel's
+    // own work (OnPanelChanged also inside Qt's change of geometry), so a hook that removes
+    // its panel calls deleteLater(), never delete.
     TKSSinkMouseDownEvent OnSinkMouseDown;
     TKSNotifyEvent OnSelectClick;
     TKSNotifyEvent OnStartMove;
