@@ -82,30 +82,24 @@ TEST_P(TriggerCapture, EveryCutGivesTheWindowsOfTheWholeStream)
     ASSERT_GE(starts.size(), 3u);
 
     auto run = [&](const std::vector<int>& cuts, const std::string& where) {
-        TRVTrigger t;
-        t.SetTriggerType(trtPos);
+        TLoggedTrigger t(trtPos, std::max(p.Size, p.Pre), std::min(p.Pre, p.Size - 1));
         t.SetLevel(Level);
-        // A pre-trigger at or above the size only comes from the previous pre-trigger + 1.
-        t.SetPreTrigger(std::min(p.Pre, p.Size - 1));
-        t.SetBufferSize(std::max(p.Size, p.Pre));
-        t.SetPreTrigger(p.Pre);
+        t.SetPreTrigger(p.Pre);  // at or above the size, the size becomes the previous pre-trigger + 1
         ASSERT_EQ(t.GetBufferSize(), p.Size);
         if (p.Chart) {
             t.SetTriggerMode(tmChartRecorder);
             t.SetStopTriggerChannel(2);
         }
-        std::vector<TCapture> log;
-        LogCaptures(t, log);
         FeedCut(t, s, cuts);
 
-        ASSERT_EQ(log.size(), starts.size()) << where;
+        ASSERT_EQ(t.Log.size(), starts.size()) << where;
         for (std::size_t c = 0; c < starts.size(); ++c) {
-            EXPECT_EQ(log[c].StartTime, s.Time[starts[c]]) << where;
+            EXPECT_EQ(t.Log[c].StartTime, s.Time[starts[c]]) << where;
             for (std::size_t ch = 0; ch < 3; ++ch) {
                 const auto first = s.Data[ch].begin() + starts[c];
-                ASSERT_EQ(log[c].Data[ch], std::vector<double>(first, first + p.Size))
+                ASSERT_EQ(t.Log[c].Data[ch], std::vector<double>(first, first + p.Size))
                     << where << ", capture " << c << ", channel " << ch;
-                ASSERT_EQ(log[c].Time[ch][p.Size - 1], s.Time[starts[c] + p.Size - 1]) << where;
+                ASSERT_EQ(t.Log[c].Time[ch][p.Size - 1], s.Time[starts[c] + p.Size - 1]) << where;
             }
         }
     };

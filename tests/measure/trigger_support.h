@@ -71,15 +71,25 @@ inline TCapture CopyCapture(const TRVShortdefs& Defs, const TRVDataDoubleArray& 
     return c;
 }
 
-// Keeps a copy of every capture and frees its buffers, as a source's SendData would.
-inline void LogCaptures(TRVTrigger& Trigger, std::vector<TCapture>& Log)
-{
-    Trigger.OnCapture = [&Log](const TRVShortdefs& Defs, TRVDataDoubleArray& Data,
-                               TRVDataDoubleArray& Time, double StartTime) {
-        Log.push_back(CopyCapture(Defs, Data, Time, StartTime));
-        FreeDataDoubleArray(Data);
-        FreeDataDoubleArray(Time);
-    };
-}
+// A trigger that keeps a copy of every capture and frees its buffers, as a source's SendData
+// would.
+struct TLoggedTrigger : TRVTrigger {
+    std::vector<TCapture> Log;
+    TLoggedTrigger()
+    {
+        OnCapture = [this](const TRVShortdefs& Defs, TRVDataDoubleArray& Data, TRVDataDoubleArray& Time,
+                           double StartTime) {
+            Log.push_back(CopyCapture(Defs, Data, Time, StartTime));
+            FreeDataDoubleArray(Data);
+            FreeDataDoubleArray(Time);
+        };
+    }
+    TLoggedTrigger(TRVTriggerType Type, int Size, int Pre = 0) : TLoggedTrigger()
+    {
+        SetTriggerType(Type);
+        SetBufferSize(Size);
+        SetPreTrigger(Pre);
+    }
+};
 
 }  // namespace qx::test
