@@ -18,15 +18,11 @@ TEST(DeweDecodeState, StatusRepliesGiveTypeRangesAndRemote)
                      THVKDeweModuleFilterRange, bool>
         rows[] = {
         {"code outside the type's span stays unassigned", "!01000A001\r", true, daqpV, dirNone, firV50kHz, true},
-        {"bridge, remote off", "!1A0205040\r", true, daqpBRIDGE, dirBRIDGE0_1mV, firBRIDGE10Hz, false},
         {"µV 500µV, no filter", "!010605051\r", true, daqpUV, dirUV500UV, firNone, true},
         {"trigger codes run backwards", "!010700041\r", true, daqpTRG, dirTRGA, firTRG10Hz, true},
         {"charge never reads remote", "!010501741\r", true, daqpCHARGE, dirCHARGE20dB, firCHARGE10kHz, false},
-        {"frequency never reads remote", "!010802041\r", true, daqpFreq, dirFREQ10kHz, firFREQ1kHz, false},
         {"remote digit other than 1", "!010001012\r", true, daqpV, dirV10V, firV10kHz, false},
         {"type 01 unknown", "!010100001\r", false, dmtNone, dirNone, firNone, false},
-        {"type above 8", "!010900001\r", false, dmtNone, dirNone, firNone, false},
-        {"type not hexadecimal", "!01G000001\r", false, dmtNone, dirNone, firNone, false},
         {"no prompt", "?010000001\r", false, dmtNone, dirNone, firNone, false},
         {"ten characters", "!010000001", false, dmtNone, dirNone, firNone, false},
         {"NUL ends the reply", QByteArray("!0100\0\x30\x30\x30\x31\r", 11), false, dmtNone, dirNone, firNone, false},
@@ -47,15 +43,12 @@ TEST(DeweDecodeStatePAD, ConfigurationAndNameGiveTypeRangeAndChannels)
     // Name, configuration reply, name reply, result, type, input range, channels.
     const std::tuple<const char*, QByteArray, QByteArray, bool, THVKDeweModuleType, THVKDeweModuleInputRange, int>
         rows[] = {
-        {"VTH names itself PAD-VTH", "!010F0600\r", "!01PAD-VTH\r", true, padVTH8, dirPDVTH8_K, 8},
+        {"VTH names itself PAD-VTH, code in lower case", "!010f0600\r", "!01PAD-VTH\r", true, padVTH8, dirPDVTH8_K, 8},
         {"TH8 shares code 0F, the span decides", "!010F0600\r", "!01PAD-TH8\r", true, padTH8, dirPDTH8_K, 8},
-        {"lower-case hexadecimal", "!010f0600\r", "!01PAD-VTH\r", true, padVTH8, dirPDVTH8_K, 8},
         {"RTD3 names itself 6013", "!1F290600\r", "!1F6013\r", true, padRTD3, dirPDRTD3_Ni120, 3},
         {"range code outside the span", "!01000600\r", "!01PAD-V8\r", true, padV8, dirNone, 8},
-        {"range code not hexadecimal", "!01XY0600\r", "!01PAD-V8\r", true, padV8, dirNone, 8},
         {"PAD-VTH8 is not a known name", "!010F0600\r", "!01PAD-VTH8\r", false, dmtNone, dirNone, 0},
         {"name without CR is empty", "!01080600\r", "!01PAD-V8", false, dmtNone, dirNone, 0},
-        {"configuration of 11 characters", "!010806000\r", "!01PAD-V8\r", false, dmtNone, dirNone, 0},
         {"configuration without final CR", "!010806000", "!01PAD-V8\r", false, dmtNone, dirNone, 0},
         {"configuration without prompt", "?01080600\r", "!01PAD-V8\r", false, dmtNone, dirNone, 0},
     };
@@ -80,7 +73,6 @@ TEST(DewePADChannelValue, SevenCharactersAfterThePromptWithEitherSeparator)
         {"comma", ">-00,250\r", true, -0.25},
         {"three integer digits", ">+021.50\r", true, 21.5},
         {"short reply keeps its CR and fails", ">+5.1\r", false, 0},
-        {"prompt only", ">", false, 0},
         {"two separators", ">+1.2,3\r", false, 0},
         {"NUL ends the reply", QByteArray(">+1\0.500\r", 9), true, 1.0},
         {"NUL after the prompt", QByteArray(">\0+1.500\r", 9), false, 0},

@@ -65,18 +65,6 @@ TEST(ReentrantDelivery, ForwardWalkCallsEveryLinkThatStillListensExactlyOnce)
     }
 }
 
-TEST(ReentrantDelivery, BackwardWalkSurvivesRemovalAtAndBelowTheCursor)
-{
-    TLinkedSource f(5);
-    f.Link(3).OnPropertiesChanged = [&](TQXEventLink*) {
-        f.Log << "D";
-        f.Links[3].reset();
-        f.Link(1).SetEventSource(nullptr);
-    };
-    f.Source->UpdatedProperties();
-    EXPECT_EQ(f.Log, QStringList({"E:P", "E:E7", "D", "C:P", "C:E7", "A:P", "A:E7"}));
-}
-
 TEST(ReentrantDelivery, HandlersMayFreeTheirLinkOrReplaceThemselves)
 {
     TLinkedSource f(2);
