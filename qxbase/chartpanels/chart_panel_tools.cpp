@@ -1,0 +1,166 @@
+#include <QDateTime>
+#include <QPainter>
+#include <QPrintDialog>
+#include <QPrinter>
+
+#include "qxbase/chartpanels/chart_panel.h"
+#include "qxbase/chartpanels/dcf_save_name.h"
+#include "qxbase/framework/exception.h"
+#include "qxbase/framework/host_services.h"
+#include "qxbase/panels/axis_setup_dialog.h"
+#include "qxbase/panels/channel_visibilities_dialog.h"
+#include "qxbase/panels/histo_common.h"
+#include "qxbase/panels/histo_ui.h"
+#include "qxbase/resources/chart_texts.h"
+
+// The chart panels' dialogs, printing and data files.
+namespace qx {
+
+void TKSChartPanel::ShowAxisSetup()
+{
+    TKSHistoUI& chart = GetChart();
+    TFormAxisSetup dialog(window());
+    for (int b = 0; b < chart.GetBandCount() && b < chart.GetCurveCount(); ++b) {
+        dialog.ChannelNames.push_back(chart.GetCurve(b)->Name);
+        dialog.MinValues.push_back(chart.GetYAxis(b)->Min);
+        dialog.MaxValues.push_back(chart.GetYAxis(b)->Max);
+    }
+    const int result = dialog.exec();
+    if (result == TFormAxisSetup::SetDefaultsResult) {
+        DefaultScale();
+        return;
+    }
+    if (result != QDialog::Accepted)
+        return;
+    for (std::size_t b = 0; b < dialog.ChannelNames.size(); ++b) {
+        TQXYAxisDataObject* axis = chart.GetYAxis(static_cast<int>(b));
+        // A reversed or empty range would fold the band flat.
+        if (axis == nullptr || !(dialog.MaxValues[b] > dialog.MinValues[b]))
+            continue;
+        axis->Min = dialog.MinValues[b];
+        axis->Max = dialog.MaxValues[b];
+    }
+    SetAutoScale(false);
+    chart.CurvesChanged();
+}
+
+void TKSChartPanel::ShowChannelVisibilities()
+{
+    TKSHistoUI& chart = GetChart();
+    TFChannelVisibilities dialog(window());
+    std::vector<std::pair<QString, bool>> entries;
+    for (int c = 0; c < chart.GetCurveCount(); ++c) entries.emplace_back(chart.GetCurve(c)->Name, chart.GetCurve(c)->Visible);
+    dialog.SetEntries(entries);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const std::vector<bool> visible = dialog.GetChecked();
+    for (int c = 0; c < chart.GetCurveCount() && static_cast<std::size_t>(c) < visible.size(); ++c)
+        chart.GetCurve(c)->Visible = visible[static_cast<std::size_t>(c)];
+    chart.CurvesChanged();
+}
+
+void TKSChartPanel::Print()
+{
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setDocName(GetCaption());
+    QPrintDialog dialog(&printer, window());
+    if (dialog.exec() == QDialog::Accepted)
+        PrintTo(printer);
+}
+
+void TKSChartPanel::PrintTo(QPrinter& Printer) const
+{
+    QPainter painter;
+    if (!painter.begin(&Printer))
+        throw Exception(QStringLiteral("Cannot print: the printer could not be started"));
+    const QRect page = painter.viewport();
+    painter.setFont(font());
+    const int titleHeight = painter.fontMetrics().height() * 2;
+    painter.drawText(QRect(page.left(), page.top(), page.width(), titleHeight), Qt::AlignLeft | Qt::AlignVCenter,
+                     GetCaption());
+    GetChart().Render(painter, QRect(page.left(), page.top() + titleHeight, page.width(),
+                                     std::min(page.height() - titleHeight, page.width() * 2 / 3)));
+    painter.end();
+}
+
+std::vector<TQXDcfChannel> TKSChartPanel::GetBufferForSave() const
+{
+    std::vector<TQXDcfChannel> channels;
+    const TKSHistoUI& chart = GetChart();
+    for (int c = 0; c < chart.GetCurveCount(); ++c) {
+        const TQXChartCurve& curve = *chart.GetCurve(c);
+        TQXDcfChannel channel;
+        channel.Name = curve.Name;
+        channel.Unit = curve.Unit;
+        channel.X0 = curve.X0;
+        channel.DX = curve.DX;
+        channel.Samples = curve.Samples;
+        const TQXMSExChannelInformation* info = GetLink().GetChannelList(c);
+        TRVShortdef& def = channel.Definition;
+        def.ChannelNo = c;
+        def.XStart = curve.X0;
+        def.XEnd = curve.X0 + curve.DX * static_cast<double>(curve.Samples.size());
+        def.Color = curve.Color;
+        def.Flags = info != nullptr ? info->Flags.Bits() : TQXMSChannelFlags{msexArrayData, msexTimeData}.Bits();
+        const TQXYAxisDataObject* axis = chart.GetYAxis(std::min(c, chart.GetBandCount() - 1));
+        def.YMin = info != nullptr ? info->RangeLow : axis->Min;
+        def.YMax = info != nullptr ? info->RangeHigh : axis->Max;
+        channels.push_back(std::move(channel));
+    }
+    return channels;
+}
+
+QString TKSChartPanel::SaveBuffer()
+{
+    const std::vector<TQXDcfChannel> channels = GetBufferForSave();
+    if (channels.empty())
+        return QString();
+    QString fileName = FFileName;
+    const QString path = DcfSavePath(static_cast<THVKSaveMethod>(FSaveMethod), fileName,
+                                     QDateTime::currentDateTime(), [this](QString& Name) {
+                                         return SelectDCFSaveFileName(window(), Name, Name);
+                                     });
+    if (path.isEmpty())
+        return QString();
+    WriteDcfFile(path, channels);
+    if (fileName != FFileName)
+        SetFileName(fileName);
+    return path;
+}
+
+void TKSChartPanel::SaveBufferReporting()
+{
+    try {
+        SaveBuffer();
+    } catch (const Exception& error) {
+        HostServices().MessageBox(window(), error.Message(), res::_rsErrorCaption, 1);
+    }
+}
+
+void TKSChartPanel::LoadBuffer(const QString& Path)
+{
+    const std::vector<TQXDcfChannel> channels = ReadDcfFile(Path);
+    TKSHistoUI& chart = GetChart();
+    chart.ClearCurves();
+    chart.SetBandCount(std::max<int>(1, static_cast<int>(channels.size())));
+    for (std::size_t c = 0; c < channels.size(); ++c) {
+        const TQXDcfChannel& channel = channels[c];
+        const int band = static_cast<int>(c);
+        const int index = chart.AddCurve(channel.Name, channel.Unit, channel.Definition.Color, band);
+        TQXChartCurve& curve = *chart.GetCurve(index);
+        curve.X0 = channel.X0;
+        curve.DX = channel.DX;
+        curve.Samples = channel.Samples;
+        TQXYAxisDataObject& axis = *chart.GetYAxis(band);
+        axis.Title = channel.Name;
+        axis.Color = channel.Definition.Color;
+        axis.Scale = static_cast<TQXYAxisScale>(GetYAxisScale());
+        chart.AutoscaleBand(band);
+    }
+    chart.AutoscaleX();
+    FShowingFile = true;
+    SetHold(true);
+    chart.CurvesChanged();
+}
+
+}  // namespace qx

@@ -1,0 +1,116 @@
+#include "qxbase/chartpanels/spectrum_panel.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "qxbase/measure/block_buffer.h"
+#include "qxbase/panels/histo_ui.h"
+#include "qxbase/resources/chart_texts.h"
+
+namespace qx {
+
+TKSSpectrumPanel::TKSSpectrumPanel(QWidget* parent) : TKSChartPanel(parent)
+{
+    SetObjectDescription(QStringLiteral("Spectrum"));
+    FFFT.SetSpecType(ksfftSpec);
+    FFFT.SetWindow(qxltHanning);
+    TKSSpectrumPanel::ClearProperties();
+    DefaultXAxis();
+}
+
+QString TKSSpectrumPanel::GetDescription(const QMetaObject&)
+{
+    return QStringLiteral("Spectrum: amplitude spectra of chosen channels");
+}
+
+void TKSSpectrumPanel::ClearProperties()
+{
+    TKSChartPanel::ClearProperties();
+    RegisterBusProperty(res::_rsPropFFTBufferSize, "FFTBufferSize", varInteger);
+}
+
+void TKSSpectrumPanel::SetFFTBufferSize(std::int32_t Value)
+{
+    std::int32_t size = 16;
+    while (size < Value && size < 65536) size *= 2;
+    FBufferSize = size;
+    for (std::vector<double>& gathered : FGathered) gathered.clear();
+    Changed("FFTBufferSize");
+}
+
+void TKSSpectrumPanel::DefaultXAxis()
+{
+    TQXXAxisDataObject& axis = GetChart().GetXAxis();
+    const double half = FSampleRate > 0.0 ? FSampleRate / 2 : 0.5;
+    // A logarithmic axis cannot start at 0: it starts at the first bin shown.
+    axis.Min = axis.Scale == xasLogarithmic ? 2 * (FSampleRate > 0.0 ? FSampleRate : 1.0) / FBufferSize : 0.0;
+    axis.Max = half;
+}
+
+void TKSSpectrumPanel::ChannelsChanged()
+{
+    FGathered.clear();
+    TKSHistoUI& chart = GetChart();
+    // Amplitudes lie between 0 and the largest magnitude of the channel's range.
+    for (int b = 0; b < chart.GetBandCount(); ++b) {
+        TQXYAxisDataObject& axis = *chart.GetYAxis(b);
+        if (axis.Scale == yasLinear) {
+            axis.Max = std::max(std::fabs(axis.Min), std::fabs(axis.Max));
+            axis.Min = 0.0;
+        }
+    }
+    DefaultXAxis();
+}
+
+void TKSSpectrumPanel::ResetDisplay()
+{
+    TKSChartPanel::ResetDisplay();
+    FGathered.clear();
+    FSpectrumCount = 0;
+}
+
+void TKSSpectrumPanel::TakeData(const TRVShortdefs& Shortdefs, const TRVDataDoubleArray& Data,
+                                const TRVDataDoubleArray&, double)
+{
+    TKSHistoUI& chart = GetChart();
+    FGathered.resize(Data.size());
+    bool shown = false;
+    for (int c = 0; c < chart.GetCurveCount() && static_cast<std::size_t>(c) < Data.size(); ++c) {
+        const TRVDataDouble& block = Data[static_cast<std::size_t>(c)];
+        if (!HasSamples(block) || static_cast<std::size_t>(c) >= Shortdefs.size())
+            continue;
+        const TRVShortdef& def = Shortdefs[static_cast<std::size_t>(c)];
+        const double rate = block.count / (def.XEnd - def.XStart);
+        if (!std::isfinite(rate) || rate <= 0.0)
+            continue;
+        std::vector<double>& gathered = FGathered[static_cast<std::size_t>(c)];
+        gathered.insert(gathered.end(), block.data, block.data + block.count);
+        const auto size = static_cast<std::size_t>(FBufferSize);
+        if (gathered.size() < size)
+            continue;
+        // The newest full buffer; what came before it is too old to show.
+        TRVDataDouble in{gathered.data() + (gathered.size() - size), FBufferSize};
+        TRVDataDouble out;
+        FFFT.SetFrequency(rate);
+        FFFT.DoNewFFTOnChannel(in, out);
+        TQXChartCurve& curve = *chart.GetCurve(c);
+        curve.Samples.assign(out.data, out.data + out.count);
+        FreeBlockBuffer(out.data);
+        // Bins 0 and 1 are left out of the transform's result.
+        curve.DX = rate / FBufferSize;
+        curve.X0 = 2 * curve.DX;
+        gathered.clear();
+        if (rate != FSampleRate) {
+            FSampleRate = rate;
+            if (!GetXAxisFixed())
+                DefaultXAxis();
+        }
+        shown = true;
+    }
+    if (!shown)
+        return;
+    ++FSpectrumCount;
+    DataChanged();
+}
+
+}  // namespace qx
