@@ -1,5 +1,7 @@
 #include "apps/qxsheet/chart_readout.h"
 
+#include <QLabel>
+#include <QLineEdit>
 #include <algorithm>
 
 #include "qxbase/chartpanels/recorder_panel.h"
@@ -7,6 +9,7 @@
 #include "qxbase/chartpanels/spectrum_panel.h"
 #include "qxbase/panels/histo_cursor_panel.h"
 #include "qxbase/panels/histo_ui.h"
+#include "qxbase/resources/chart_texts.h"
 
 namespace qxsheet {
 namespace {
@@ -75,7 +78,12 @@ void PrintCursorReadout(QTextStream& out, qx::TKSChartPanel& Chart)
     chart.SetCursorCurve(1, 0);
     chart.SetCursorX(0, axis.Min + (axis.Max - axis.Min) / 4);
     chart.SetCursorX(1, axis.Min + (axis.Max - axis.Min) * 3 / 4);
-    out << "  " << Chart.objectName() << ": " << Chart.GetCursorPanel().GetReadoutText() << Qt::endl;
+    const qx::TKSHistoCursorPanel& panel = Chart.GetCursorPanel();
+    out << "  " << Chart.objectName() << " (" << panel.GetChannelEdit(1)->text() << "): "
+        << qx::res::_rsCursor1.Text() << panel.GetLabelX(1)->text() << ", " << panel.GetLabelY(1)->text() << "; "
+        << qx::res::_rsCursor2.Text() << panel.GetLabelX(2)->text() << ", " << panel.GetLabelY(2)->text() << "; "
+        << panel.GetLabelDX()->text() << ", " << panel.GetLabelDY()->text() << ", "
+        << panel.GetLabelFrequency()->text() << Qt::endl;
 }
 
 }  // namespace qxsheet

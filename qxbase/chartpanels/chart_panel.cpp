@@ -41,7 +41,8 @@ TKSChartPanel::TKSChartPanel(QWidget* parent)
     FErrorLabel->setWordWrap(true);
     FErrorLabel->setStyleSheet(QStringLiteral("QLabel { color: #ff4040; background: transparent; }"));
     FErrorLabel->hide();
-    FCursorPanel->SetDecimals(FCursorDecimals, FCursorDecimals);
+    FCursorPanel->SetDecimalsX(FCursorDecimals);
+    FCursorPanel->SetDecimalsY(FCursorDecimals);
     ApplyCursorPanel();
 
     FLink->OnUpdateSettings = [this](TQXMeasureLinkEx*) { UpdateSelection(); };
@@ -63,14 +64,14 @@ TKSChartPanel::~TKSChartPanel()
 void TKSChartPanel::ConnectToolbar()
 {
     TKSHistoToolbar& bar = *FToolbar;
-    connect(bar.BAxisSetup, &QToolButton::clicked, this, [this] { ShowAxisSetup(); });
-    connect(bar.BAutoscale, &QToolButton::toggled, this, [this](bool On) { SetAutoScale(On); });
-    connect(bar.BCaptureScale, &QToolButton::clicked, this, [this] { CaptureScale(); });
-    connect(bar.BDefault, &QToolButton::clicked, this, [this] { DefaultScale(); });
-    connect(bar.BCursorPanel, &QToolButton::toggled, this, [this](bool On) { SetShowCursor(On); });
-    connect(bar.BPrint, &QToolButton::clicked, this, [this] { Print(); });
-    connect(bar.BVisible, &QToolButton::clicked, this, [this] { ShowChannelVisibilities(); });
-    connect(bar.BHold, &QToolButton::toggled, this, [this](bool On) { SetHold(On); });
+    connect(bar.BAxisSetup(), &QToolButton::clicked, this, [this] { ShowAxisSetup(); });
+    connect(bar.BAutoscale(), &QToolButton::toggled, this, [this](bool On) { SetAutoScale(On); });
+    connect(bar.BCaptureScale(), &QToolButton::clicked, this, [this] { CaptureScale(); });
+    connect(bar.BDefault(), &QToolButton::clicked, this, [this] { DefaultScale(); });
+    connect(bar.BCursorPanel(), &QToolButton::toggled, this, [this](bool On) { SetShowCursor(On); });
+    connect(bar.BPrint(), &QToolButton::clicked, this, [this] { Print(); });
+    connect(bar.BVisible(), &QToolButton::clicked, this, [this] { ShowChannelVisibilities(); });
+    connect(bar.BHold(), &QToolButton::toggled, this, [this](bool On) { SetHold(On); });
 }
 
 void TKSChartPanel::AddMenuActions()
@@ -183,12 +184,17 @@ void TKSChartPanel::RebuildCurves()
         chart.GetCurve(curve)->Visible =
             std::find(FHiddenCurves.begin(), FHiddenCurves.end(), curve) == FHiddenCurves.end();
     }
-    FErrorText = MixedKinds(kinds) ? res::_rsDifferentDataTypes.Text() : QString();
-    FErrorLabel->setText(FErrorText);
-    FErrorLabel->setVisible(!FErrorText.isEmpty());
+    ShowError(MixedKinds(kinds) ? res::_rsDifferentDataTypes.Text() : QString());
     FShowingFile = false;
     ChannelsChanged();
     chart.CurvesChanged();
+}
+
+void TKSChartPanel::ShowError(const QString& Text)
+{
+    FErrorText = Text;
+    FErrorLabel->setText(Text);
+    FErrorLabel->setVisible(!Text.isEmpty());
 }
 
 void TKSChartPanel::Deliver(const TRVShortdefs& Shortdefs, const TRVDataDoubleArray& Data,
@@ -331,8 +337,8 @@ void TKSChartPanel::SetYAxisScale(std::int32_t Value)
 void TKSChartPanel::SetAutoScale(bool Value)
 {
     FAutoScale = Value;
-    if (FToolbar->BAutoscale->isChecked() != Value)
-        FToolbar->BAutoscale->setChecked(Value);
+    if (FToolbar->BAutoscale()->isChecked() != Value)
+        FToolbar->BAutoscale()->setChecked(Value);
     if (Value)
         DataChanged();
     Changed("AutoScale");
@@ -369,8 +375,8 @@ bool TKSChartPanel::GetShowCursor() const { return FChart->GetCursorsVisible(); 
 void TKSChartPanel::SetShowCursor(bool Value)
 {
     FChart->SetCursorsVisible(Value);
-    if (FToolbar->BCursorPanel->isChecked() != Value)
-        FToolbar->BCursorPanel->setChecked(Value);
+    if (FToolbar->BCursorPanel()->isChecked() != Value)
+        FToolbar->BCursorPanel()->setChecked(Value);
     ApplyCursorPanel();
     Changed("ShowCursor");
 }
@@ -399,7 +405,8 @@ void TKSChartPanel::SetUseEngineeringUnits(bool Value)
 void TKSChartPanel::SetCursorDecimals(std::int32_t Value)
 {
     FCursorDecimals = std::clamp(Value, 0, 9);
-    FCursorPanel->SetDecimals(FCursorDecimals, FCursorDecimals);
+    FCursorPanel->SetDecimalsX(FCursorDecimals);
+    FCursorPanel->SetDecimalsY(FCursorDecimals);
     FChart->CurvesChanged();
     Changed("CursorDecimals");
 }
@@ -577,8 +584,8 @@ void TKSChartPanel::DefaultScale()
 void TKSChartPanel::SetHold(bool Value)
 {
     FHold = Value;
-    if (FToolbar->BHold->isChecked() != Value)
-        FToolbar->BHold->setChecked(Value);
+    if (FToolbar->BHold()->isChecked() != Value)
+        FToolbar->BHold()->setChecked(Value);
     if (!Value && FShowingFile)
         UpdateSelection();
 }

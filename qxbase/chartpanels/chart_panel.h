@@ -199,6 +199,7 @@ protected:
 
 private:
     void Attach();
+    void ShowError(const QString& Text);
     void UpdateSelection();
     void RebuildCurves();
     void Deliver(const TRVShortdefs& Shortdefs, const TRVDataDoubleArray& Data,
@@ -230,6 +231,7 @@ private:
     bool FHold = false;
     // Curves shown from a data file instead of the source.
     bool FShowingFile = false;
+    TQXDcfDataKind FFileKind = dkTime;
     // Set by "Change X-Axis": the panel leaves the x axis alone until "Reset X-Axis".
     bool FXAxisFixed = false;
     std::vector<int> FHiddenCurves;

@@ -1,10 +1,12 @@
 #include <QDateTime>
+#include <algorithm>
 #include <QPainter>
 #include <QPrintDialog>
 #include <QPrinter>
 
 #include "qxbase/chartpanels/chart_panel.h"
-#include "qxbase/chartpanels/dcf_save_name.h"
+#include "qxbase/chartpanels/chart_kinds.h"
+#include "qxbase/chartpanels/dcf_save_path.h"
 #include "qxbase/framework/exception.h"
 #include "qxbase/framework/host_services.h"
 #include "qxbase/panels/axis_setup_dialog.h"
@@ -15,30 +17,50 @@
 
 // The chart panels' dialogs, printing and data files.
 namespace qx {
+namespace {
+
+TQXDcfDataKind DcfKind(TQXChannelKind Kind)
+{
+    switch (Kind) {
+    case ckTime: return dkTime;
+    case ckFrequency: return dkFrequency;
+    default: return dkOther;
+    }
+}
+
+}  // namespace
 
 void TKSChartPanel::ShowAxisSetup()
 {
     TKSHistoUI& chart = GetChart();
     TFormAxisSetup dialog(window());
+    QStringList names;
+    std::vector<double> mins;
+    std::vector<double> maxs;
     for (int b = 0; b < chart.GetBandCount() && b < chart.GetCurveCount(); ++b) {
-        dialog.ChannelNames.push_back(chart.GetCurve(b)->Name);
-        dialog.MinValues.push_back(chart.GetYAxis(b)->Min);
-        dialog.MaxValues.push_back(chart.GetYAxis(b)->Max);
+        names << chart.GetCurve(b)->Name;
+        mins.push_back(chart.GetYAxis(b)->Min);
+        maxs.push_back(chart.GetYAxis(b)->Max);
     }
+    dialog.SetNames(names);
+    dialog.SetMinValues(mins);
+    dialog.SetMaxValues(maxs);
     const int result = dialog.exec();
-    if (result == TFormAxisSetup::SetDefaultsResult) {
+    if (result == TFormAxisSetup::mrIgnore) {
         DefaultScale();
         return;
     }
-    if (result != QDialog::Accepted)
+    if (result != TFormAxisSetup::mrOk)
         return;
-    for (std::size_t b = 0; b < dialog.ChannelNames.size(); ++b) {
-        TQXYAxisDataObject* axis = chart.GetYAxis(static_cast<int>(b));
+    for (int b = 0; b < names.size(); ++b) {
+        TQXYAxisDataObject* axis = chart.GetYAxis(b);
+        const double low = dialog.GetMinValues()[static_cast<std::size_t>(b)];
+        const double high = dialog.GetMaxValues()[static_cast<std::size_t>(b)];
         // A reversed or empty range would fold the band flat.
-        if (axis == nullptr || !(dialog.MaxValues[b] > dialog.MinValues[b]))
+        if (axis == nullptr || !(high > low))
             continue;
-        axis->Min = dialog.MinValues[b];
-        axis->Max = dialog.MaxValues[b];
+        axis->Min = low;
+        axis->Max = high;
     }
     SetAutoScale(false);
     chart.CurvesChanged();
@@ -48,12 +70,16 @@ void TKSChartPanel::ShowChannelVisibilities()
 {
     TKSHistoUI& chart = GetChart();
     TFChannelVisibilities dialog(window());
-    std::vector<std::pair<QString, bool>> entries;
-    for (int c = 0; c < chart.GetCurveCount(); ++c) entries.emplace_back(chart.GetCurve(c)->Name, chart.GetCurve(c)->Visible);
-    dialog.SetEntries(entries);
-    if (dialog.exec() != QDialog::Accepted)
+    QStringList names;
+    std::vector<bool> shown;
+    for (int c = 0; c < chart.GetCurveCount(); ++c) {
+        names << chart.GetCurve(c)->Name;
+        shown.push_back(chart.GetCurve(c)->Visible);
+    }
+    dialog.SetChannels(names, shown);
+    if (dialog.exec() != TFChannelVisibilities::mrOk)
         return;
-    const std::vector<bool> visible = dialog.GetChecked();
+    const std::vector<bool> visible = dialog.GetVisibilities();
     for (int c = 0; c < chart.GetCurveCount() && static_cast<std::size_t>(c) < visible.size(); ++c)
         chart.GetCurve(c)->Visible = visible[static_cast<std::size_t>(c)];
     chart.CurvesChanged();
@@ -95,7 +121,8 @@ std::vector<TQXDcfChannel> TKSChartPanel::GetBufferForSave() const
         channel.X0 = curve.X0;
         channel.DX = curve.DX;
         channel.Samples = curve.Samples;
-        const TQXMSExChannelInformation* info = GetLink().GetChannelList(c);
+        const TQXMSExChannelInformation* info = FShowingFile ? nullptr : GetLink().GetChannelList(c);
+        channel.Kind = info == nullptr ? FFileKind : DcfKind(ChannelKind(info->Flags));
         TRVShortdef& def = channel.Definition;
         def.ChannelNo = c;
         def.XStart = curve.X0;
@@ -116,10 +143,9 @@ QString TKSChartPanel::SaveBuffer()
     if (channels.empty())
         return QString();
     QString fileName = FFileName;
-    const QString path = DcfSavePath(static_cast<THVKSaveMethod>(FSaveMethod), fileName,
-                                     QDateTime::currentDateTime(), [this](QString& Name) {
-                                         return SelectDCFSaveFileName(window(), Name, Name);
-                                     });
+    const QString path = GetDcfSavePath(
+        static_cast<THVKSaveMethod>(FSaveMethod), fileName, QDateTime::currentDateTime(),
+        [this](QString& Name) { return SelectDCFSaveFileName(window(), QString(Name), Name); }, window());
     if (path.isEmpty())
         return QString();
     WriteDcfFile(path, channels);
@@ -142,8 +168,13 @@ void TKSChartPanel::LoadBuffer(const QString& Path)
     const std::vector<TQXDcfChannel> channels = ReadDcfFile(Path);
     TKSHistoUI& chart = GetChart();
     chart.ClearCurves();
+    const bool mixed = std::adjacent_find(channels.begin(), channels.end(), [](const auto& A, const auto& B) {
+                           return A.Kind != B.Kind;
+                       }) != channels.end();
+    ShowError(mixed ? res::_rsDifferentDataTypes.Text() : QString());
+    FFileKind = channels.empty() ? dkTime : channels.front().Kind;
     chart.SetBandCount(std::max<int>(1, static_cast<int>(channels.size())));
-    for (std::size_t c = 0; c < channels.size(); ++c) {
+    for (std::size_t c = 0; c < channels.size() && !mixed; ++c) {
         const TQXDcfChannel& channel = channels[c];
         const int band = static_cast<int>(c);
         const int index = chart.AddCurve(channel.Name, channel.Unit, channel.Definition.Color, band);

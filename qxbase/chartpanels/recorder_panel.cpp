@@ -29,8 +29,8 @@ TKSRecorderPanel::TKSRecorderPanel(QWidget* parent) : TKSChartPanel(parent)
 {
     SetObjectDescription(QStringLiteral("Recorder"));
     TKSRecorderPanel::ClearProperties();
-    connect(GetToolbar().BBackward, &QToolButton::clicked, this, [this] { ScrollBackward(); });
-    connect(GetToolbar().BForward, &QToolButton::clicked, this, [this] { ScrollForward(); });
+    connect(GetToolbar().BBackward(), &QToolButton::clicked, this, [this] { ScrollBackward(); });
+    connect(GetToolbar().BForward(), &QToolButton::clicked, this, [this] { ScrollForward(); });
     DefaultXAxis();
 }
 
@@ -144,8 +144,8 @@ void TKSRecorderPanel::ChannelsChanged()
 void TKSRecorderPanel::SetHold(bool Value)
 {
     TKSChartPanel::SetHold(Value);
-    GetToolbar().BBackward->setVisible(Value);
-    GetToolbar().BForward->setVisible(Value);
+    GetToolbar().BBackward()->setVisible(Value);
+    GetToolbar().BForward()->setVisible(Value);
     if (!Value && !GetXAxisFixed())
         DefaultXAxis();
     GetChart().CurvesChanged();
