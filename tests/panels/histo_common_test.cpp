@@ -11,6 +11,7 @@
 #include "qxbase/panels/histo_common.h"
 #include "qxbase/panels/histo_cursor_panel.h"
 #include "qxbase/panels/histo_toolbar.h"
+#include "qxbase/panels/histo_ui.h"
 #include "tests/framework/print_qstring.h"
 
 using namespace qx;
@@ -208,6 +209,44 @@ TEST(HistoToolbar, TenFlatButtonsInOrderWithHintsGlyphsAndToggles)
     bar.BHold()->click();
     EXPECT_TRUE(bar.BAutoscale()->isChecked());
     EXPECT_FALSE(bar.BHold()->isChecked()) << "a toggle may be up again, alone in its group";
+}
+
+// A surface with a voltage and a current curve, x 0..9 ms, and a read-out attached.
+TEST(HistoUI, KeepsTheReadOutCurrentAndFollowsItsChoices)
+{
+    TKSHistoUI ui;
+    const int u = ui.AddCurve("U", "V", clRed, 0);
+    const int i = ui.AddCurve("I", "A", clLime, 0);
+    for (TQXChartCurve* c : {ui.GetCurve(u), ui.GetCurve(i)}) {
+        c->DX = 0.001;
+        for (int k = 0; k < 10; ++k) c->Samples.push_back(k * (c->Unit == "V" ? 1000.0 : 0.5));
+    }
+    ui.CurvesChanged();
+    auto* panel = new TKSHistoCursorPanel(&ui);
+    panel->SetDecimalsX(1);
+    panel->SetDecimalsY(1);
+    ui.SetCursorPanel(panel);
+    ui.SetCursorX(0, 0.002);
+    ui.SetCursorX(1, 0.007);
+    EXPECT_EQ(Texts(*panel), QStringList({"x = 2.0 m", "y = 2.0 kV", "x = 7.0 m", "y = 7.0 kV", "dx = 5.0 m",
+                                          "dy = 5.0 kV", "200.0 Hz"}));
+    EXPECT_EQ(panel->GetChannelEdit(2)->text(), "U");
+    EXPECT_EQ(panel->GetCurveCount(), 2);
+
+    panel->SetSelectedCursorIndex(2);
+    panel->UpDownClick(btNext);
+    EXPECT_EQ(ui.GetCursorCurve(1), i);
+    EXPECT_EQ(panel->GetChannelEdit(2)->text(), "I");
+    EXPECT_EQ(Texts(*panel)[3], "y = 3.5 ") << "no unit while the cursors' curves differ in it";
+    QTest::mouseClick(panel->GetCursorRadio(1), Qt::LeftButton, {}, QPoint(6, panel->GetCursorRadio(1)->height() / 2));
+    EXPECT_EQ(ui.GetSelectedCursor(), 0);
+
+    EXPECT_EQ(YAxisDataObjectGet(0, &ui), ui.GetYAxis(0));
+    EXPECT_EQ(YAxisDataObjectGet(1, &ui), nullptr);
+    EXPECT_EQ(YAxisDataObjectGet(0, nullptr), nullptr);
+    delete panel;
+    ui.SetCursorX(0, 0.004);  // a read-out destroyed under the surface is forgotten
+    EXPECT_EQ(ui.GetCursorPanel(), nullptr);
 }
 
 }  // namespace
