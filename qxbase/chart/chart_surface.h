@@ -111,7 +111,8 @@ public:
     void Render(QPainter& Painter, const QRect& Area) const;
     // Geometry of the last layout of `Area` (the widget's rectangle unless Render was given
     // another): the band's plot rectangle, and the pixel of a value on an axis. An empty
-    // rectangle and NaN for a band outside the bands.
+    // rectangle and NaN for a band outside the bands. YToPixel takes a sample value, on a dB
+    // axis too.
     QRect GetPlotRect(int Band) const;
     double XToPixel(double X) const;
     double PixelToX(double Pixel) const;
