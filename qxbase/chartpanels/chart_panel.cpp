@@ -174,16 +174,13 @@ void TKSChartPanel::RebuildCurves()
         if (kept.second > kept.first) {
             axis.Min = kept.first;
             axis.Max = kept.second;
-        } else if (info != nullptr && std::isfinite(info->RangeLow) && std::isfinite(info->RangeHigh) &&
-                   info->RangeHigh > info->RangeLow && axis.Scale == yasLinear) {
-            axis.Min = info->RangeLow;
-            axis.Max = info->RangeHigh;
         } else {
-            chart.AutoscaleBand(i);
+            DefaultYAxis(i, info);
         }
         chart.GetCurve(curve)->Visible =
             std::find(FHiddenCurves.begin(), FHiddenCurves.end(), curve) == FHiddenCurves.end();
     }
+    chart.SetActiveBand(FActiveBand);
     ShowError(MixedKinds(kinds) ? res::_rsDifferentDataTypes.Text() : QString());
     FShowingFile = false;
     ChannelsChanged();
@@ -220,6 +217,7 @@ void TKSChartPanel::LoadFinished()
 {
     TKSMSSink::LoadFinished();
     Attach();
+    SetXAxisFixed(FXAxisFixed);
 }
 
 void TKSChartPanel::SetDesignMode(bool Value)
@@ -328,7 +326,8 @@ void TKSChartPanel::SetYAxisScale(std::int32_t Value)
     for (int b = 0; b < FChart->GetBandCount(); ++b) FChart->GetYAxis(b)->Scale = static_cast<TQXYAxisScale>(Value);
     // Limits in one scale mean nothing in another.
     if (changed && !GetIsLoaded()) {
-        for (int b = 0; b < FChart->GetBandCount(); ++b) FChart->AutoscaleBand(b);
+        for (int b = 0; b < FChart->GetBandCount() && b < FChart->GetCurveCount(); ++b)
+            DefaultYAxis(b, FShowingFile ? nullptr : FLink->GetChannelList(b));
     }
     FChart->CurvesChanged();
     Changed("YAxisScale");
@@ -441,6 +440,16 @@ void TKSChartPanel::ChangeXAxis()
     FChart->CurvesChanged();
 }
 
+void TKSChartPanel::SetXAxisFixed(bool Value)
+{
+    if (GetIsLoaded())
+        FXAxisFixed = Value;
+    else if (Value)
+        ChangeXAxis();
+    else
+        ResetXAxis();
+}
+
 void TKSChartPanel::ResetXAxis()
 {
     FXAxisFixed = false;
@@ -456,10 +465,14 @@ void TKSChartPanel::SetYAxisVisible(bool Value)
     Changed("YAxisVisible");
 }
 
-std::int32_t TKSChartPanel::GetActiveBand() const { return FChart->GetActiveBand(); }
+std::int32_t TKSChartPanel::GetActiveBand() const { return FActiveBand; }
 
 void TKSChartPanel::SetActiveBand(std::int32_t Value)
 {
+    // Kept while the bands are not there yet (a worksheet being read).
+    if (Value < 0 || (Value >= FChart->GetBandCount() && FChart->GetCurveCount() > 0))
+        return;
+    FActiveBand = Value;
     FChart->SetActiveBand(Value);
     Changed("ActiveBand");
 }
@@ -567,18 +580,21 @@ void TKSChartPanel::CaptureScale()
 void TKSChartPanel::DefaultScale()
 {
     FYLimits.clear();
-    for (int i = 0; i < FChart->GetCurveCount() && i < FChart->GetBandCount(); ++i) {
-        const TQXMSExChannelInformation* info = FLink->GetChannelList(i);
-        TQXYAxisDataObject& axis = *FChart->GetYAxis(i);
-        if (info != nullptr && axis.Scale == yasLinear && std::isfinite(info->RangeLow) &&
-            std::isfinite(info->RangeHigh) && info->RangeHigh > info->RangeLow) {
-            axis.Min = info->RangeLow;
-            axis.Max = info->RangeHigh;
-        } else {
-            FChart->AutoscaleBand(i);
-        }
-    }
+    for (int i = 0; i < FChart->GetCurveCount() && i < FChart->GetBandCount(); ++i)
+        DefaultYAxis(i, FShowingFile ? nullptr : FLink->GetChannelList(i));
     ResetXAxis();
+}
+
+void TKSChartPanel::DefaultYAxis(int Band, const TQXMSExChannelInformation* Info)
+{
+    TQXYAxisDataObject& axis = *FChart->GetYAxis(Band);
+    if (Info != nullptr && axis.Scale == yasLinear && std::isfinite(Info->RangeLow) && std::isfinite(Info->RangeHigh) &&
+        Info->RangeHigh > Info->RangeLow) {
+        axis.Min = Info->RangeLow;
+        axis.Max = Info->RangeHigh;
+    } else {
+        FChart->AutoscaleBand(Band);
+    }
 }
 
 void TKSChartPanel::SetHold(bool Value)

@@ -53,6 +53,8 @@ class QXBASE_EXPORT TKSChartPanel : public TKSMSSink {
     Q_PROPERTY(qint32 CursorDecimals READ GetCursorDecimals WRITE SetCursorDecimals)
     Q_PROPERTY(double XAxisMin READ GetXAxisMin WRITE SetXAxisMin)
     Q_PROPERTY(double XAxisMax READ GetXAxisMax WRITE SetXAxisMax)
+    // Whether "Change X-Axis" holds the x axis at XAxisMin .. XAxisMax.
+    Q_PROPERTY(bool XAxisChanged READ GetXAxisFixed WRITE SetXAxisFixed)
     Q_PROPERTY(bool YAxisVisible READ GetYAxisVisible WRITE SetYAxisVisible)
     Q_PROPERTY(qint32 ActiveBand READ GetActiveBand WRITE SetActiveBand)
     // Per band "min max" pairs separated by ";", in the general float format.
@@ -112,6 +114,7 @@ public:
     void SetXAxisMax(double Value);
     bool GetYAxisVisible() const { return FYAxisVisible; }
     void SetYAxisVisible(bool Value);
+    // The band the "active band" properties act on; an index outside the bands is ignored.
     std::int32_t GetActiveBand() const;
     void SetActiveBand(std::int32_t Value);
     QString GetYAxisLimits() const;
@@ -145,6 +148,9 @@ public:
     // ("Reset X-Axis").
     void ChangeXAxis();
     void ResetXAxis();
+    bool GetXAxisFixed() const { return FXAxisFixed; }
+    // ChangeXAxis or ResetXAxis; while a worksheet is read, only stored (LoadFinished applies it).
+    void SetXAxisFixed(bool Value);
 
     // Writes what the panel keeps to a data file by the save method. Returns the file written,
     // empty when the user cancelled, a warning was declined or there was nothing to save. Raises
@@ -178,6 +184,9 @@ protected:
     virtual bool TakesDataOnHold() const { return false; }
     // The x axis the panel returns to ("Default scale", "Reset X-Axis").
     virtual void DefaultXAxis() = 0;
+    // The band's y axis as "Default scale" sets it: the channel's range on a linear axis, else
+    // fitted to what the band shows. Info is null for curves read from a data file.
+    virtual void DefaultYAxis(int Band, const TQXMSExChannelInformation* Info);
     // After new data: autoscale when on, cursors, repaint.
     void DataChanged();
     // Registers a bus property backed by the Q_PROPERTY of the same name: reads and writes go
@@ -190,7 +199,6 @@ protected:
                            std::function<void(const Variant&)> Set);
     // A command on the bus: enumeration ("True", "Unknown"); writing 0 or "True" runs it.
     void RegisterBusCommand(const QString& Description, const QString& Name, std::function<void()> Command);
-    bool GetXAxisFixed() const { return FXAxisFixed; }
     // Tells the bus that a Q_PROPERTY changed, unless the bus itself is writing it or the
     // panel is being read.
     void Changed(const char* Name);
@@ -223,6 +231,7 @@ private:
     std::int32_t FCursorPanelPosition = cppBottom;
     std::int32_t FSaveMethod = smShowDialog;
     std::int32_t FCursorDecimals = 3;
+    std::int32_t FActiveBand = 0;
     double FXAxisMin = 0.0;
     double FXAxisMax = 1.0;
     bool FAutoScale = false;

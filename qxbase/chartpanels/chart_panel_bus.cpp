@@ -3,6 +3,7 @@
 #include "qxbase/chartpanels/chart_panel.h"
 #include "qxbase/control/control_types.h"
 #include "qxbase/panels/histo_common.h"
+#include "qxbase/panels/histo_ui.h"
 #include "qxbase/panels/panel_registry.h"
 #include "qxbase/resources/chart_texts.h"
 
@@ -17,12 +18,18 @@ constexpr std::uint32_t FirstIdentifier = 0x4300;
 // -1 when it is neither.
 int Ordinal(const Variant& Value, const QStringList& Choices)
 {
+    std::int32_t ordinal = -1;
     if (Value.VarType() == varOleStr) {
-        const int index = static_cast<int>(Choices.indexOf(Value.ToString()));
-        if (index >= 0)
-            return index;
+        const QString text = Value.ToString();
+        bool number = false;
+        ordinal = static_cast<std::int32_t>(Choices.indexOf(text));
+        if (ordinal < 0)
+            ordinal = text.toInt(&number);
+        if (!number && !Choices.contains(text))
+            return -1;
+    } else {
+        ordinal = Value.ToInteger();
     }
-    const std::int32_t ordinal = Value.ToInteger();
     return ordinal >= 0 && ordinal < Choices.size() ? ordinal : -1;
 }
 

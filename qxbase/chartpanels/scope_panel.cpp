@@ -156,14 +156,19 @@ QString TKSScopePanel::GetTriggerStateText() const
         return QStringLiteral("Free run");
     if (FDone)
         return QStringLiteral("Single shot done");
-    if (FTrigger.GetStarted())
-        return QStringLiteral("Capturing");
-    return FCaptureCount > 0 && !FTrigger.GetSingleShot() ? QStringLiteral("Triggered")
-                                                          : QStringLiteral("Waiting for trigger");
+    switch (FState) {
+    case qxtsFillTrigger: return QStringLiteral("Capturing");
+    case qxtsTriggerDone: return QStringLiteral("Triggered");
+    default: return QStringLiteral("Waiting for trigger");
+    }
 }
 
 void TKSScopePanel::UpdateStateLabel()
 {
+    // Reading the state also clears the engine's capture-finished flag: a capture is reported once.
+    const TRVTriggerState state = FTrigger.GetTriggerState();
+    FState = FCaptureCount != FShownCaptures ? qxtsTriggerDone : state;
+    FShownCaptures = FCaptureCount;
     FStateLabel->setText(GetTriggerStateText());
     FStateLabel->adjustSize();
     FStateLabel->setVisible(FShowTriggerState);

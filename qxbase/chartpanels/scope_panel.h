@@ -51,7 +51,8 @@ public:
     // fit the selected channels.
     void RearmTrigger();
 
-    // "Waiting for trigger", "Capturing", "Triggered", "Single shot done" or "Free run".
+    // "Waiting for trigger", "Capturing" (triggered, the buffer filling), "Triggered" (a capture
+    // finished since the state was last shown), "Single shot done" or "Free run".
     QString GetTriggerStateText() const;
     // Buffers shown so far.
     int GetCaptureCount() const { return FCaptureCount; }
@@ -75,7 +76,9 @@ private:
     std::int32_t FTriggerType = kttPositive;
     bool FShowTriggerState = true;
     bool FDone = false;
+    TRVTriggerState FState = qxtsFillPreTrigger;
     int FCaptureCount = 0;
+    int FShownCaptures = 0;
     // Free run: samples gathered towards the next buffer, per channel.
     std::vector<std::vector<double>> FGathered;
     QLabel* FStateLabel = nullptr;  // child

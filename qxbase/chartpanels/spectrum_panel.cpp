@@ -50,16 +50,24 @@ void TKSSpectrumPanel::DefaultXAxis()
 void TKSSpectrumPanel::ChannelsChanged()
 {
     FGathered.clear();
-    TKSHistoUI& chart = GetChart();
-    // Amplitudes lie between 0 and the largest magnitude of the channel's range.
-    for (int b = 0; b < chart.GetBandCount(); ++b) {
-        TQXYAxisDataObject& axis = *chart.GetYAxis(b);
-        if (axis.Scale == yasLinear) {
-            axis.Max = std::max(std::fabs(axis.Min), std::fabs(axis.Max));
-            axis.Min = 0.0;
-        }
-    }
     DefaultXAxis();
+}
+
+void TKSSpectrumPanel::DefaultYAxis(int Band, const TQXMSExChannelInformation* Info)
+{
+    TQXYAxisDataObject& axis = *GetChart().GetYAxis(Band);
+    const double top = Info != nullptr ? std::max(std::fabs(Info->RangeLow), std::fabs(Info->RangeHigh)) : 0.0;
+    if (!std::isfinite(top) || top <= 0.0) {
+        TKSChartPanel::DefaultYAxis(Band, Info);
+        return;
+    }
+    // Amplitudes lie between 0 and the largest magnitude of the channel's range; the other
+    // scales show five decades (100 dB) below it.
+    switch (axis.Scale) {
+    case yasLinear: axis.Min = 0.0; axis.Max = top; break;
+    case yasLogarithmic: axis.Min = top * 1e-5; axis.Max = top; break;
+    case yasDB: axis.Max = std::ceil(20 * std::log10(top) / 10) * 10; axis.Min = axis.Max - 100; break;
+    }
 }
 
 void TKSSpectrumPanel::ResetDisplay()

@@ -33,6 +33,8 @@ protected:
                   const TRVDataDoubleArray& TimeChannel, double StartTime) override;
     void DefaultXAxis() override;
     void ChannelsChanged() override;
+    // Amplitudes: 0 .. the range's largest magnitude, or the 100 dB (five decades) below it.
+    void DefaultYAxis(int Band, const TQXMSExChannelInformation* Info) override;
 
 private:
     TKSZLFFT FFFT;

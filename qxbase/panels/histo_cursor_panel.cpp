@@ -29,10 +29,10 @@ QString NumberText(double Value, int Exponent, int Decimals, const QString& Unit
     return FormatCursorNumber(Value, Decimals) + QLatin1Char(' ') + GetEngUnitString(Exponent) + Unit;
 }
 
-// A true value written with the exponent the chart would pick for it.
-QString EngineeringText(double Value, int Decimals, const QString& Unit)
+// A true value written with the exponent the chart would pick for it, or plain.
+QString EngineeringText(double Value, int Decimals, const QString& Unit, bool Prefix)
 {
-    const int exponent = EngineeringExponent(Value);
+    const int exponent = Prefix ? EngineeringExponent(Value) : 0;
     return NumberText(Value / std::pow(10.0, exponent), exponent, Decimals, Unit);
 }
 
@@ -53,6 +53,7 @@ struct TKSHistoCursorPanel::Private {
     QToolButton* Up = nullptr;
     QToolButton* Down = nullptr;
 
+    bool UseEngineeringUnits = true;
     int DecimalsX = 6;
     int DecimalsY = 6;
     QString TimeFormat = QStringLiteral("hh:mm:ss.zzz");
@@ -127,12 +128,12 @@ void TKSHistoCursorPanel::SetValues(double X1, double Y1, int XExponent1, int YE
     d->Cursors[0].Y->setText(res::_rsCursorY.Text() + NumberText(Y1, YExponent1, d->DecimalsY, Unit));
     d->Cursors[1].Y->setText(res::_rsCursorY.Text() + NumberText(Y2, YExponent2, d->DecimalsY, Unit));
     const QString dxText = time ? (dx < 0 ? QStringLiteral("-") : QString()) + FormatCursorTime(std::fabs(dx), d->TimeFormat)
-                                : EngineeringText(dx, d->DecimalsX, QString());
+                                : EngineeringText(dx, d->DecimalsX, QString(), d->UseEngineeringUnits);
     d->DX->setText(res::_rsCursorDX.Text() + dxText);
-    d->DY->setText(res::_rsCursorDY.Text() + EngineeringText(dy, d->DecimalsY, Unit));
+    d->DY->setText(res::_rsCursorDY.Text() + EngineeringText(dy, d->DecimalsY, Unit, d->UseEngineeringUnits));
     const double frequency = 1.0 / std::fabs(dx);
     const QString hz = QStringLiteral("Hz");
-    d->Frequency->setText(std::isfinite(frequency) ? EngineeringText(frequency, d->DecimalsX, hz)
+    d->Frequency->setText(std::isfinite(frequency) ? EngineeringText(frequency, d->DecimalsX, hz, d->UseEngineeringUnits)
                                                    : QStringLiteral("? ") + hz);
     // A text wider than its place moves the labels after it.
     for (const QLabel* label : {d->Cursors[0].X, d->Cursors[0].Y, d->Cursors[1].X, d->Cursors[1].Y, d->DX, d->DY,
@@ -155,6 +156,9 @@ void TKSHistoCursorPanel::ClearValues()
 }
 
 int TKSHistoCursorPanel::GetDecimalsX() const { return d->DecimalsX; }
+bool TKSHistoCursorPanel::GetUseEngineeringUnits() const { return d->UseEngineeringUnits; }
+void TKSHistoCursorPanel::SetUseEngineeringUnits(bool Value) { d->UseEngineeringUnits = Value; }
+
 void TKSHistoCursorPanel::SetDecimalsX(int Value) { d->DecimalsX = std::clamp(Value, 0, 15); }
 int TKSHistoCursorPanel::GetDecimalsY() const { return d->DecimalsY; }
 void TKSHistoCursorPanel::SetDecimalsY(int Value) { d->DecimalsY = std::clamp(Value, 0, 15); }

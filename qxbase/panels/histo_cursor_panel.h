@@ -56,6 +56,10 @@ public:
     // Only the labels' prefixes: for cursors that stand on no sample.
     void ClearValues();
 
+    // Whether dx, dy and the frequency get the prefix EngineeringExponent picks (the start) or
+    // are written plain; x and y come with the exponents their caller chose.
+    bool GetUseEngineeringUnits() const;
+    void SetUseEngineeringUnits(bool Value);
     // Places for x values (and dx, frequency) and for y values (and dy); clamped to 0..15.
     int GetDecimalsX() const;
     void SetDecimalsX(int Value);

@@ -51,14 +51,21 @@ void TKSHistoUI::UpdateCursorPanel()
         panel->ClearValues();
         return;
     }
-    const bool time = xAxis.Scale == xasDateTime;
-    const int ex1 = time ? 0 : EngineeringExponent(r1.X);
-    const int ex2 = time ? 0 : EngineeringExponent(r2.X);
-    const int ey1 = EngineeringExponent(r1.Y);
-    const int ey2 = EngineeringExponent(r2.Y);
+    const bool plainX = xAxis.Scale == xasDateTime || !FUseEngineeringUnits;
+    const int ex1 = plainX ? 0 : EngineeringExponent(r1.X);
+    const int ex2 = plainX ? 0 : EngineeringExponent(r2.X);
+    const int ey1 = FUseEngineeringUnits ? EngineeringExponent(r1.Y) : 0;
+    const int ey2 = FUseEngineeringUnits ? EngineeringExponent(r2.Y) : 0;
+    panel->SetUseEngineeringUnits(FUseEngineeringUnits);
     const auto scaled = [](double Value, int Exponent) { return Value / std::pow(10.0, Exponent); };
     panel->SetValues(scaled(r1.X, ex1), scaled(r1.Y, ey1), ex1, ey1, scaled(r2.X, ex2), scaled(r2.Y, ey2), ex2, ey2,
                      xAxis.Scale, units[0] == units[1] ? units[0] : QString());
+}
+
+void TKSHistoUI::SetUseEngineeringUnits(bool Value)
+{
+    FUseEngineeringUnits = Value;
+    UpdateCursorPanel();
 }
 
 TQXYAxisDataObject* YAxisDataObjectGet(int Index, TKSHistoUI* UI) { return UI ? UI->GetYAxis(Index) : nullptr; }

@@ -26,12 +26,17 @@ public:
     // Not owned; nullptr detaches. A read-out that is destroyed is detached by itself.
     TKSHistoCursorPanel* GetCursorPanel() const { return FCursorPanel; }
     void SetCursorPanel(TKSHistoCursorPanel* Panel);
+    // With engineering units (the start) the read-out writes values with prefixes ("12.5 m");
+    // without, plain ("0.0125"). The axes keep their prefixes.
+    bool GetUseEngineeringUnits() const { return FUseEngineeringUnits; }
+    void SetUseEngineeringUnits(bool Value);
     // Writes readings, curves and selection into the read-out now; cursors that stand on no
     // sample clear its values.
     void UpdateCursorPanel();
 
 private:
     QPointer<TKSHistoCursorPanel> FCursorPanel;
+    bool FUseEngineeringUnits = true;
     QMetaObject::Connection FCurveConnection;
     QMetaObject::Connection FSelectConnection;
 };
