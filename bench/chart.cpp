@@ -1,5 +1,6 @@
 // Cost of one chart frame of 8 curves of 1,000,000 samples each, beside a plain minimum and
-// maximum pass over the same 8M samples in the same run; and of an axis's ticks and labels.
+// maximum pass over the same 8M samples in the same run; of an axis's ticks and labels; and of
+// the cursor read-out's SetValues.
 #include <benchmark/benchmark.h>
 
 #include <QImage>
@@ -11,6 +12,7 @@
 
 #include "qxbase/chart/chart_surface.h"
 #include "qxbase/chart/chart_ticks.h"
+#include "qxbase/panels/histo_cursor_panel.h"
 
 #include "bench/application_main.h"
 
@@ -93,6 +95,18 @@ void BM_AxisTicksAndLabels(benchmark::State& state)
     }
 }
 BENCHMARK(BM_AxisTicksAndLabels);
+
+// The cursor read-out's work on every cursor move: seven numbers formatted and set on labels.
+void BM_CursorPanelSetValues(benchmark::State& state)
+{
+    qx::TKSHistoCursorPanel panel;
+    double x = 0.0;
+    for (auto _ : state) {
+        x += 0.001;
+        panel.SetValues(x, 1.234567, -3, 0, x + 0.25, -0.98765, -3, -3, qx::xasLinear, QStringLiteral("V"));
+    }
+}
+BENCHMARK(BM_CursorPanelSetValues);
 
 }  // namespace
 
