@@ -109,6 +109,8 @@ int RunWorksheetWindow(const QString& Path, QTextStream& err)
     const std::unique_ptr<TWorksheetWindow> window = OpenWorksheetWindowOrReport(Path, err);
     if (!window)
         return 1;
+    // Without a window manager's choice the main window would open at its minimum size.
+    window->resize(KSnapshotSize);
     window->show();
     return QApplication::exec();
 }
