@@ -6,7 +6,7 @@
 
 #include "qxbase/chartpanels/recorder_panel.h"
 #include "qxbase/chartpanels/scope_panel.h"
-#include "qxbase/chartpanels/spectrum_panel.h"
+#include "qxbase/chartpanels/amplitude_spectrum_panel.h"
 #include "qxbase/panels/histo_cursor_panel.h"
 #include "qxbase/panels/histo_ui.h"
 #include "qxbase/resources/chart_texts.h"

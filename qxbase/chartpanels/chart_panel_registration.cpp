@@ -2,7 +2,7 @@
 
 #include "qxbase/chartpanels/recorder_panel.h"
 #include "qxbase/chartpanels/scope_panel.h"
-#include "qxbase/chartpanels/spectrum_panel.h"
+#include "qxbase/chartpanels/amplitude_spectrum_panel.h"
 #include "qxbase/framework/stream_registry.h"
 #include "qxbase/panels/panel_registry.h"
 

@@ -9,7 +9,7 @@
 #include "qxbase/chartpanels/chart_panel_registration.h"
 #include "qxbase/chartpanels/recorder_panel.h"
 #include "qxbase/chartpanels/scope_panel.h"
-#include "qxbase/chartpanels/spectrum_panel.h"
+#include "qxbase/chartpanels/amplitude_spectrum_panel.h"
 #include "qxbase/framework/host_services.h"
 #include "qxbase/panels/histo_ui.h"
 #include "qxbase/panels/panel_tab_page.h"

@@ -1,4 +1,4 @@
-#include "qxbase/chartpanels/spectrum_panel.h"
+#include "qxbase/chartpanels/amplitude_spectrum_panel.h"
 
 #include <algorithm>
 #include <cmath>
