@@ -30,7 +30,8 @@ class TKSHistoUI;
 // the common properties on the bus and in the worksheet file.
 //
 // The source is stored by component name ("SourceName") and attached when the worksheet has been
-// read; "Channels" holds source channel numbers separated by blanks, empty for every channel.
+// read; "Channels" holds source channel numbers separated by blanks (none: no curves). The
+// channel picker edits the panel's channel list, which ChannelListChanged turns into "Channels".
 // Channels of different data kinds (time, frequency, single values) are refused with
 // "Error: the channels contain different types of data." shown on the chart; nothing is drawn
 // until the selection is consistent again.
@@ -168,6 +169,8 @@ public:
     const QString& GetErrorText() const { return FErrorText; }
 
     void LoadFinished() override;
+    // The channel list was edited (the picker): it becomes the selection.
+    void ChannelListChanged() override;
     void SetDesignMode(bool Value) override;
     void ClearProperties() override;
 
