@@ -47,8 +47,6 @@ THVKTansparentTreeView::~THVKTansparentTreeView() = default;
 
 void THVKTansparentTreeView::AddItems(const std::vector<THVKTreeViewItemRecord>& Items)
 {
-    if (FNotifying == 0)
-        FRemoved.clear();
     QList<QTreeWidgetItem*> items;
     items.reserve(static_cast<qsizetype>(Items.size()));
     for (const THVKTreeViewItemRecord& record : Items)
@@ -56,17 +54,7 @@ void THVKTansparentTreeView::AddItems(const std::vector<THVKTreeViewItemRecord>&
     addTopLevelItems(items);
 }
 
-void THVKTansparentTreeView::Clear()
-{
-    if (FNotifying == 0) {
-        FRemoved.clear();
-        clear();
-        return;
-    }
-    // Qt still holds the clicked item's index further up the stack: free nothing yet.
-    while (topLevelItemCount() > 0)
-        FRemoved.emplace_back(takeTopLevelItem(topLevelItemCount() - 1));
-}
+void THVKTansparentTreeView::Clear() { clear(); }
 
 int THVKTansparentTreeView::GetCheckedCount() const
 {
@@ -92,17 +80,15 @@ void THVKTansparentTreeView::CheckRequested(TCheckItem& Item, bool Check)
 {
     if ((Item.checkState(0) == Qt::Checked) == Check)
         return;
+    // Hooks may clear the tree: after them the item is not touched again.
     const int index = Item.Index;
-    ++FNotifying;
     if (Check && FMaxChecked != NoLimit && GetCheckedCount() >= FMaxChecked) {
         FireTooMany();
         FireItemClick(index, tvisUnchecked);
     } else {
-        // Store emits itemChanged, whose slots may remove the item: it is not touched again.
         Item.Store(Check);
         FireItemClick(index, Check ? tvisChecked : tvisUnchecked);
     }
-    --FNotifying;
 }
 
 void THVKTansparentTreeView::FireItemClick(int Index, THVKTreeViewItemStates State)

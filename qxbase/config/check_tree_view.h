@@ -4,7 +4,6 @@
 #include <QTreeWidget>
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <vector>
 
 #include "qxbase/framework/export.h"
@@ -25,8 +24,8 @@ struct THVKTreeViewItemRecord {
 // refused click from the next one. Mouse clicks on a check box, the space key and
 // QTreeWidgetItem::setCheckState on an item AddItems made all take this path.
 //
-// Hooks run while the tree is inside its own event handling: one may call Clear or AddItems
-// (the removed items are freed later), but must not delete the tree (deleteLater is fine).
+// Hooks run while the tree is inside its own event handling: one may call Clear or AddItems, but
+// must not delete the tree (deleteLater is fine).
 class QXBASE_EXPORT THVKTansparentTreeView : public QTreeWidget {
     Q_OBJECT
     Q_PROPERTY(int MaxChecked READ GetMaxChecked WRITE SetMaxChecked)
@@ -80,10 +79,6 @@ private:
 
     int FMaxChecked = NoLimit;
     bool FAutoExpand = true;
-    int FNotifying = 0;
-    // Items a hook removed while Qt was still handling their click; freed by the next Clear or
-    // AddItems outside a hook, or with the tree.
-    std::vector<std::unique_ptr<QTreeWidgetItem>> FRemoved;
 };
 
 using THVKTreeViewItemStates = THVKTansparentTreeView::THVKTreeViewItemStates;
