@@ -130,7 +130,8 @@ public:
     void SetYAxisOffset(int Band, double Value);
     void SetYAxisScaleValue(int Band, double Value);
 
-    // The toolbar's work, also reachable from code.
+    // The toolbar's work, also reachable from code. The dialogs (and Print's) run their own event
+    // loop, which may remove the panel: they then return without touching it.
     void ShowAxisSetup();
     void ShowChannelVisibilities();
     // Fits every band to what it shows now.

@@ -1,6 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QDialog>
+#include <QPointer>
 #include <QPrinter>
+#include <QTimer>
 #include <QTemporaryDir>
 #include <algorithm>
 #include <cmath>
@@ -271,4 +275,19 @@ TEST(ChartPanel, SavedBufferLoadsBackUnchangedAndPrintsToPdf)
     ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
     EXPECT_TRUE(pdf.read(4) == "%PDF");
     EXPECT_GT(pdf.size(), 1000);
+}
+
+// The dialog's event loop may remove the panel (a closed worksheet, a handler's deleteLater).
+TEST(ChartPanel, RemovedWhileItsDialogIsOpen)
+{
+    for (void (TKSChartPanel::*show)() : {&TKSChartPanel::ShowAxisSetup, &TKSChartPanel::ShowChannelVisibilities}) {
+        TBench bench;
+        QPointer<TKSRecorderPanel> recorder = &bench.Add<TKSRecorderPanel>("0 1");
+        QTimer::singleShot(0, [&] {
+            recorder->deleteLater();
+            QTimer::singleShot(0, [] { qobject_cast<QDialog*>(QApplication::activeModalWidget())->accept(); });
+        });
+        (recorder->*show)();
+        EXPECT_TRUE(recorder.isNull());
+    }
 }
