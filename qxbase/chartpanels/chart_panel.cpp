@@ -450,6 +450,12 @@ void TKSChartPanel::SetXAxisFixed(bool Value)
         ResetXAxis();
 }
 
+void TKSChartPanel::FollowDefaultXAxis()
+{
+    if (!FXAxisFixed)
+        DefaultXAxis();
+}
+
 void TKSChartPanel::ResetXAxis()
 {
     FXAxisFixed = false;

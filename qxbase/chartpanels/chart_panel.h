@@ -185,6 +185,9 @@ protected:
     virtual bool TakesDataOnHold() const { return false; }
     // The x axis the panel returns to ("Default scale", "Reset X-Axis").
     virtual void DefaultXAxis() = 0;
+    // DefaultXAxis, unless "Change X-Axis" holds the x axis: for what moves the panel's own axis
+    // (new data, channels, sizes).
+    void FollowDefaultXAxis();
     // The band's y axis as "Default scale" sets it: the channel's range on a linear axis, else
     // fitted to what the band shows. Info is null for curves read from a data file.
     virtual void DefaultYAxis(int Band, const TQXMSExChannelInformation* Info);

@@ -53,7 +53,7 @@ void TKSRecorderPanel::SetTimeSpan(double Value)
     FTimeSpan = Value;
     FKeptTime = std::max(FKeptTime, FTimeSpan);
     if (!GetHold())
-        DefaultXAxis();
+        FollowDefaultXAxis();
     Changed("TimeSpan");
 }
 
@@ -131,14 +131,14 @@ void TKSRecorderPanel::TakeData(const TRVShortdefs& Shortdefs, const TRVDataDoub
             curve.X0 += static_cast<double>(drop) * dx;
         }
     }
-    if (!GetHold() && !GetXAxisFixed())
-        DefaultXAxis();
+    if (!GetHold())
+        FollowDefaultXAxis();
     DataChanged();
 }
 
 void TKSRecorderPanel::ChannelsChanged()
 {
-    DefaultXAxis();
+    FollowDefaultXAxis();
 }
 
 void TKSRecorderPanel::SetHold(bool Value)
@@ -146,8 +146,8 @@ void TKSRecorderPanel::SetHold(bool Value)
     TKSChartPanel::SetHold(Value);
     GetToolbar().BBackward()->setVisible(Value);
     GetToolbar().BForward()->setVisible(Value);
-    if (!Value && !GetXAxisFixed())
-        DefaultXAxis();
+    if (!Value)
+        FollowDefaultXAxis();
     GetChart().CurvesChanged();
 }
 

@@ -92,7 +92,7 @@ void TKSScopePanel::SetTriggerBufferSize(std::int32_t Value)
     else
         FTrigger.SetBufferSize(Value);
     FGathered.clear();
-    DefaultXAxis();
+    FollowDefaultXAxis();
     Changed("TriggerBufferSize");
     if (FTrigger.GetPreTrigger() != pre)
         Changed("PreTrigger");
@@ -126,7 +126,7 @@ void TKSScopePanel::SetPreTrigger(std::int32_t Value)
         FTrigger.RestoreSizes(Value, size);
     else
         FTrigger.SetPreTrigger(Value);
-    DefaultXAxis();
+    FollowDefaultXAxis();
     Changed("PreTrigger");
     if (FTrigger.GetBufferSize() != size)
         Changed("TriggerBufferSize");
@@ -199,7 +199,7 @@ void TKSScopePanel::ChannelsChanged()
 {
     FTrigger.Reset();
     FGathered.clear();
-    DefaultXAxis();
+    FollowDefaultXAxis();
 }
 
 void TKSScopePanel::ResetDisplay()
@@ -248,8 +248,7 @@ void TKSScopePanel::FreeRun(const TRVShortdefs& Shortdefs, const TRVDataDoubleAr
         gathered.clear();
     }
     ++FCaptureCount;
-    if (!GetXAxisFixed())
-        DefaultXAxis();
+    FollowDefaultXAxis();
     DataChanged();
 }
 
@@ -268,8 +267,7 @@ void TKSScopePanel::Show(const TRVShortdefs& Shortdefs, const TRVDataDoubleArray
     ++FCaptureCount;
     // A single shot shows its capture until it is re-armed.
     FDone = FTrigger.GetSingleShot();
-    if (!GetXAxisFixed())
-        DefaultXAxis();
+    FollowDefaultXAxis();
     DataChanged();
 }
 

@@ -50,7 +50,7 @@ void TKSSpectrumPanel::DefaultXAxis()
 void TKSSpectrumPanel::ChannelsChanged()
 {
     FGathered.clear();
-    DefaultXAxis();
+    FollowDefaultXAxis();
 }
 
 void TKSSpectrumPanel::DefaultYAxis(int Band, const TQXMSExChannelInformation* Info)
@@ -110,8 +110,7 @@ void TKSSpectrumPanel::TakeData(const TRVShortdefs& Shortdefs, const TRVDataDoub
         gathered.clear();
         if (rate != FSampleRate) {
             FSampleRate = rate;
-            if (!GetXAxisFixed())
-                DefaultXAxis();
+            FollowDefaultXAxis();
         }
         shown = true;
     }

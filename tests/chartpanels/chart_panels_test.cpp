@@ -291,3 +291,25 @@ TEST(ChartPanel, RemovedWhileItsDialogIsOpen)
         EXPECT_TRUE(recorder.isNull());
     }
 }
+
+// "Change X-Axis" holds the x axis until "Reset X-Axis", whatever moves the panel's own axis.
+TEST(ChartPanel, ChangedXAxisStaysOverNewSizesAndChannels)
+{
+    TBench bench;
+    auto& recorder = bench.Add<TKSRecorderPanel>("0");
+    auto& scope = bench.Add<TKSScopePanel>("0");
+    const std::initializer_list<TKSChartPanel*> panels = {&recorder, &scope};
+    for (TKSChartPanel* panel : panels) {
+        panel->SetXAxisMin(0.25);
+        panel->SetXAxisMax(0.5);
+        panel->ChangeXAxis();
+    }
+    recorder.SetTimeSpan(3.0);
+    scope.SetTriggerBufferSize(300);
+    bench.Source->SetSampleRate(2000);  // the curves are rebuilt
+    bench.Steps(2);
+    for (TKSChartPanel* panel : panels) {
+        EXPECT_DOUBLE_EQ(panel->GetChart().GetXAxis().Min, 0.25);
+        EXPECT_DOUBLE_EQ(panel->GetChart().GetXAxis().Max, 0.5);
+    }
+}
