@@ -147,11 +147,17 @@ void TKSChartPanel::RebuildCurves()
 {
     TKSHistoUI& chart = *FChart;
     const int count = FLink->GetChannelListCount();
-    // Limits of bands the user has seen are kept over a change of the source's channel list.
+    // Limits of bands and hidden curves the user has seen are kept over a change of the source's
+    // channel list; the chart holds them as the user last set them (the dialogs write there).
     for (int b = 0; b < chart.GetBandCount() && chart.GetCurveCount() > 0; ++b) {
         if (static_cast<std::size_t>(b) >= FYLimits.size())
             FYLimits.resize(static_cast<std::size_t>(b) + 1, {0.0, 0.0});
         FYLimits[static_cast<std::size_t>(b)] = {chart.GetYAxis(b)->Min, chart.GetYAxis(b)->Max};
+    }
+    if (chart.GetCurveCount() > 0) {
+        FHiddenCurves.clear();
+        for (int c = 0; c < chart.GetCurveCount(); ++c)
+            if (!chart.GetCurve(c)->Visible) FHiddenCurves.push_back(c);
     }
     chart.ClearCurves();
     chart.SetBandCount(std::max(1, count));

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QListWidget>
 #include <QPointer>
 #include <QPrinter>
 #include <QTimer>
@@ -15,6 +16,7 @@
 #include "qxbase/chartpanels/scope_panel.h"
 #include "qxbase/chartpanels/spectrum_panel.h"
 #include "qxbase/framework/host_services.h"
+#include "qxbase/panels/channel_visibilities_dialog.h"
 #include "qxbase/panels/histo_ui.h"
 #include "qxbase/panels/panel_tab_page.h"
 #include "qxbase/panels/worksheet_file.h"
@@ -312,4 +314,18 @@ TEST(ChartPanel, ChangedXAxisStaysOverNewSizesAndChannels)
         EXPECT_DOUBLE_EQ(panel->GetChart().GetXAxis().Min, 0.25);
         EXPECT_DOUBLE_EQ(panel->GetChart().GetXAxis().Max, 0.5);
     }
+}
+
+TEST(ChartPanel, CurvesHiddenInTheDialogStayHiddenWhenTheChannelsAreRebuilt)
+{
+    TBench bench;
+    auto& recorder = bench.Add<TKSRecorderPanel>("0 1 2");
+    QTimer::singleShot(0, [] {
+        auto* dialog = qobject_cast<TFChannelVisibilities*>(QApplication::activeModalWidget());
+        dialog->CLBVisibilities()->item(1)->setCheckState(Qt::Unchecked);
+        dialog->accept();
+    });
+    recorder.ShowChannelVisibilities();
+    bench.Source->SetSampleRate(2000);
+    EXPECT_EQ(recorder.GetHiddenCurves(), "1");
 }
