@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPainter>
+#include <QPointer>
 #include <QRegularExpression>
 #include <QToolButton>
 #include <algorithm>
@@ -624,12 +625,15 @@ void TKSChartPanel::ResetDisplay()
     FChart->CurvesChanged();
 }
 
-void TKSChartPanel::Changed(const char* Name)
+bool TKSChartPanel::Changed(const char* Name)
 {
     update();
     const QString name = QLatin1String(Name);
-    if (!GetIsLoaded() && name != FBusWriting)
-        EventFirePropertyUpdated(name);
+    if (GetIsLoaded() || name == FBusWriting)
+        return true;
+    const QPointer<TKSChartPanel> self(this);
+    EventFirePropertyUpdated(name);
+    return !self.isNull();
 }
 
 }  // namespace qx

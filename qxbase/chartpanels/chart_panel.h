@@ -34,6 +34,10 @@ class TKSHistoUI;
 // Channels of different data kinds (time, frequency, single values) are refused with
 // "Error: the channels contain different types of data." shown on the chart; nothing is drawn
 // until the selection is consistent again.
+//
+// A listener told of a property change during a bus write may delete the panel; one told from
+// the panel's own widgets (toolbar, menu, dialogs) removes it with deleteLater(), as the widgets
+// are still at work.
 class QXBASE_EXPORT TKSChartPanel : public TKSMSSink {
     Q_OBJECT
     Q_PROPERTY(QString SourceName READ GetSourceName WRITE SetSourceName)
@@ -204,8 +208,9 @@ protected:
     // A command on the bus: enumeration ("True", "Unknown"); writing 0 or "True" runs it.
     void RegisterBusCommand(const QString& Description, const QString& Name, std::function<void()> Command);
     // Tells the bus that a Q_PROPERTY changed, unless the bus itself is writing it or the
-    // panel is being read.
-    void Changed(const char* Name);
+    // panel is being read. False when a listener deleted the panel meanwhile: the caller must
+    // not touch it then.
+    bool Changed(const char* Name);
     void Resize() override;
     void Paint(QPainter& Canvas) override;
 

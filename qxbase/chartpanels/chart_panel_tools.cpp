@@ -70,8 +70,8 @@ void TKSChartPanel::ShowAxisSetup()
         axis->Min = low;
         axis->Max = high;
     }
-    SetAutoScale(false);
     chart.CurvesChanged();
+    SetAutoScale(false);
 }
 
 void TKSChartPanel::ShowChannelVisibilities()

@@ -93,8 +93,7 @@ void TKSScopePanel::SetTriggerBufferSize(std::int32_t Value)
         FTrigger.SetBufferSize(Value);
     FGathered.clear();
     FollowDefaultXAxis();
-    Changed("TriggerBufferSize");
-    if (FTrigger.GetPreTrigger() != pre)
+    if (Changed("TriggerBufferSize") && FTrigger.GetPreTrigger() != pre)
         Changed("PreTrigger");
 }
 
@@ -127,8 +126,7 @@ void TKSScopePanel::SetPreTrigger(std::int32_t Value)
     else
         FTrigger.SetPreTrigger(Value);
     FollowDefaultXAxis();
-    Changed("PreTrigger");
-    if (FTrigger.GetBufferSize() != size)
+    if (Changed("PreTrigger") && FTrigger.GetBufferSize() != size)
         Changed("TriggerBufferSize");
 }
 

@@ -15,6 +15,7 @@
 #include "qxbase/chartpanels/recorder_panel.h"
 #include "qxbase/chartpanels/scope_panel.h"
 #include "qxbase/chartpanels/spectrum_panel.h"
+#include "qxbase/control/event_link.h"
 #include "qxbase/framework/host_services.h"
 #include "qxbase/panels/channel_visibilities_dialog.h"
 #include "qxbase/panels/histo_ui.h"
@@ -328,4 +329,16 @@ TEST(ChartPanel, CurvesHiddenInTheDialogStayHiddenWhenTheChannelsAreRebuilt)
     recorder.ShowChannelVisibilities();
     bench.Source->SetSampleRate(2000);
     EXPECT_EQ(recorder.GetHiddenCurves(), "1");
+}
+
+TEST(ChartPanel, DeletedByAListenerDuringABusWrite)
+{
+    TBench bench;
+    QPointer<TKSScopePanel> scope = &bench.Add<TKSScopePanel>("0");
+    TQXEventLink listener;
+    listener.OnValueUpdated = [&](TQXEventLink*, std::uint32_t) { delete scope.data(); };
+    listener.SetEventSource(scope);
+    // Below the pre-trigger of 100, which follows and is announced while the write runs.
+    EXPECT_TRUE(SetBus(*scope, "TriggerBufferSize", Variant(std::int32_t{50})));
+    EXPECT_TRUE(scope.isNull());
 }
