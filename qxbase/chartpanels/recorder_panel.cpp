@@ -51,10 +51,12 @@ void TKSRecorderPanel::SetTimeSpan(double Value)
     if (!std::isfinite(Value) || Value <= 0.0)
         return;
     FTimeSpan = Value;
+    const double kept = FKeptTime;
     FKeptTime = std::max(FKeptTime, FTimeSpan);
     if (!GetHold())
         FollowDefaultXAxis();
-    Changed("TimeSpan");
+    if (Changed("TimeSpan") && FKeptTime != kept)
+        Changed("KeptTime");
 }
 
 void TKSRecorderPanel::SetKeptTime(double Value)

@@ -90,6 +90,16 @@ TEST(RecorderPanel, KeepsTheLastSecondsAndScrollsThroughThemWhileHeld)
 {
     TBench bench;
     auto& recorder = bench.Add<TKSRecorderPanel>("0 2");
+    // A span beyond the kept time takes the kept time along, and says so.
+    TQXPropertyHandle kept = 0;
+    ASSERT_TRUE(recorder.GetPropertyHandle("KeptTime", kept));
+    TQXEventLink listener;
+    bool keptAnnounced = false;
+    listener.OnValueUpdated = [&](TQXEventLink*, std::uint32_t Handle) { keptAnnounced |= Handle == kept; };
+    listener.SetEventSource(&recorder);
+    recorder.SetTimeSpan(100.0);
+    EXPECT_DOUBLE_EQ(recorder.GetKeptTime(), 100.0);
+    EXPECT_TRUE(keptAnnounced);
     recorder.SetTimeSpan(1.0);
     recorder.SetKeptTime(2.0);
     ASSERT_EQ(recorder.GetChart().GetCurveCount(), 2);
