@@ -112,7 +112,7 @@ void TKSChartPanel::PrintTo(QPrinter& Printer) const
 {
     QPainter painter;
     if (!painter.begin(&Printer))
-        throw Exception(QStringLiteral("Cannot print: the printer could not be started"));
+        throw Exception(res::_rsCannotPrint);
     const QRect page = painter.viewport();
     painter.setFont(font());
     const int titleHeight = painter.fontMetrics().height() * 2;

@@ -7,6 +7,7 @@
 
 #include "qxbase/panels/histo_toolbar.h"
 #include "qxbase/panels/histo_ui.h"
+#include "qxbase/resources/chart_texts.h"
 
 namespace qx {
 namespace {
@@ -27,7 +28,7 @@ double CurveEnd(const TQXChartCurve& Curve)
 
 TKSRecorderPanel::TKSRecorderPanel(QWidget* parent) : TKSChartPanel(parent)
 {
-    SetObjectDescription(QStringLiteral("Recorder"));
+    SetObjectDescription(res::_rsRecorderCaption);
     TKSRecorderPanel::ClearProperties();
     connect(GetToolbar().BBackward(), &QToolButton::clicked, this, [this] { ScrollBackward(); });
     connect(GetToolbar().BForward(), &QToolButton::clicked, this, [this] { ScrollForward(); });
@@ -36,14 +37,14 @@ TKSRecorderPanel::TKSRecorderPanel(QWidget* parent) : TKSChartPanel(parent)
 
 QString TKSRecorderPanel::GetDescription(const QMetaObject&)
 {
-    return QStringLiteral("Recorder: a strip chart of the last seconds");
+    return res::_rsRecorderDescription;
 }
 
 void TKSRecorderPanel::ClearProperties()
 {
     TKSChartPanel::ClearProperties();
-    RegisterBusProperty(QStringLiteral("Time span"), "TimeSpan", varDouble);
-    RegisterBusProperty(QStringLiteral("Kept time"), "KeptTime", varDouble);
+    RegisterBusProperty(res::_rsPropTimeSpan, "TimeSpan", varDouble);
+    RegisterBusProperty(res::_rsPropKeptTime, "KeptTime", varDouble);
 }
 
 void TKSRecorderPanel::SetTimeSpan(double Value)

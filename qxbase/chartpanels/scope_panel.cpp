@@ -30,7 +30,7 @@ double Spacing(const TRVShortdef& Def, std::int32_t Count)
 
 TKSScopePanel::TKSScopePanel(QWidget* parent) : TKSChartPanel(parent)
 {
-    SetObjectDescription(QStringLiteral("Scope"));
+    SetObjectDescription(res::_rsScopeCaption);
     FTrigger.SetBufferSize(1000);
     FTrigger.SetPreTrigger(100);
     FTrigger.SetTriggerChannel(0);
@@ -53,7 +53,7 @@ TKSScopePanel::~TKSScopePanel()
 
 QString TKSScopePanel::GetDescription(const QMetaObject&)
 {
-    return QStringLiteral("Scope: triggered captures of chosen channels");
+    return res::_rsScopeDescription;
 }
 
 void TKSScopePanel::ClearProperties()
@@ -151,13 +151,13 @@ void TKSScopePanel::RearmTrigger()
 QString TKSScopePanel::GetTriggerStateText() const
 {
     if (FTriggerType == kttOff)
-        return QStringLiteral("Free run");
+        return res::_rsTriggerStateFreeRun;
     if (FDone)
-        return QStringLiteral("Single shot done");
+        return res::_rsTriggerStateSingleShotDone;
     switch (FState) {
-    case qxtsFillTrigger: return QStringLiteral("Capturing");
-    case qxtsTriggerDone: return QStringLiteral("Triggered");
-    default: return QStringLiteral("Waiting for trigger");
+    case qxtsFillTrigger: return res::_rsTriggerStateCapturing;
+    case qxtsTriggerDone: return res::_rsTriggerStateTriggered;
+    default: return res::_rsTriggerStateWaiting;
     }
 }
 

@@ -11,7 +11,7 @@ namespace qx {
 
 TKSSpectrumPanel::TKSSpectrumPanel(QWidget* parent) : TKSChartPanel(parent)
 {
-    SetObjectDescription(QStringLiteral("Spectrum"));
+    SetObjectDescription(res::_rsSpectrumCaption);
     FFFT.SetSpecType(ksfftSpec);
     FFFT.SetWindow(qxltHanning);
     TKSSpectrumPanel::ClearProperties();
@@ -20,7 +20,7 @@ TKSSpectrumPanel::TKSSpectrumPanel(QWidget* parent) : TKSChartPanel(parent)
 
 QString TKSSpectrumPanel::GetDescription(const QMetaObject&)
 {
-    return QStringLiteral("Spectrum: amplitude spectra of chosen channels");
+    return res::_rsSpectrumDescription;
 }
 
 void TKSSpectrumPanel::ClearProperties()
