@@ -168,6 +168,8 @@ public:
     // Shows a data file's channels (kept data of a recorder, a capture of a scope, spectra)
     // instead of live data, and holds. Raises EDcfFileError for a file that cannot be read.
     void LoadBuffer(const QString& Path);
+    // Whether the curves come from a data file until live data returns.
+    bool GetShowingFile() const { return FShowingFile; }
 
     // The error shown on the chart; empty while there is none.
     const QString& GetErrorText() const { return FErrorText; }

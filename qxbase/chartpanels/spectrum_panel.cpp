@@ -77,6 +77,20 @@ void TKSSpectrumPanel::ResetDisplay()
     FSpectrumCount = 0;
 }
 
+std::vector<TQXDcfChannel> TKSSpectrumPanel::GetBufferForSave() const
+{
+    std::vector<TQXDcfChannel> channels = TKSChartPanel::GetBufferForSave();
+    if (GetShowingFile())
+        return channels;
+    for (TQXDcfChannel& channel : channels) {
+        channel.Kind = dkFrequency;
+        const auto flags = TQXMSChannelFlags::FromBits(static_cast<std::uint16_t>(channel.Definition.Flags));
+        channel.Definition.Flags =
+            (flags - TQXMSChannelFlags{msexArrayData, msexTimeData} + TQXMSChannelFlags{msexFFTArrayData}).Bits();
+    }
+    return channels;
+}
+
 void TKSSpectrumPanel::TakeData(const TRVShortdefs& Shortdefs, const TRVDataDoubleArray& Data,
                                 const TRVDataDoubleArray&, double)
 {

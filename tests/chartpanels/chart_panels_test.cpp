@@ -194,6 +194,7 @@ TEST(SpectrumPanel, ShowsEachSineAtItsFrequencyOnEveryScale)
         EXPECT_NEAR(c.X0 + c.DX * static_cast<double>(peak), hz, 1000.0 / 1024) << curve;
     }
     EXPECT_DOUBLE_EQ(spectrum.GetChart().GetXAxis().Max, 500.0);
+    EXPECT_EQ(spectrum.GetBufferForSave().front().Kind, dkFrequency);
     ASSERT_TRUE(SetBus(spectrum, "YAxisScale", Variant("dB")));
     EXPECT_EQ(spectrum.GetChart().GetYAxis(1)->Scale, yasDB);
     EXPECT_LT(spectrum.GetChart().GetYAxis(1)->Min, 0.0);  // refitted to dB values
