@@ -34,6 +34,7 @@ TKSChartPanel::TKSChartPanel(QWidget* parent)
     SetChannelMode(3);
     SetWindowMinSize(QPoint(160, 120));
     FChart = new TKSHistoUI(this);
+    FChart->GetXAxis().Title = XAxisTitle(dkTime);
     FToolbar = new TKSHistoToolbar(this);
     FCursorPanel = new TKSHistoCursorPanel(this);
     FChart->SetCursorPanel(FCursorPanel);
@@ -172,7 +173,6 @@ void TKSChartPanel::RebuildCurves()
                                          info != nullptr ? info->SecondText : QString(),
                                          info != nullptr ? info->Color : clLime, i);
         TQXYAxisDataObject& axis = *chart.GetYAxis(i);
-        axis.Title = info != nullptr ? info->Name : QString();
         axis.Color = info != nullptr ? info->Color : clWhite;
         axis.Scale = static_cast<TQXYAxisScale>(FYAxisScale);
         axis.Visible = FYAxisVisible;
@@ -188,10 +188,32 @@ void TKSChartPanel::RebuildCurves()
             std::find(FHiddenCurves.begin(), FHiddenCurves.end(), curve) == FHiddenCurves.end();
     }
     chart.SetActiveBand(FActiveBand);
+    UpdateYAxisTitles();
+    const TQXChannelKind kind = kinds.empty() ? ckTime : kinds.front();
+    chart.GetXAxis().Title = XAxisTitle(kind == ckTime ? dkTime : kind == ckFrequency ? dkFrequency : dkOther);
     ShowError(MixedKinds(kinds) ? res::_rsDifferentDataTypes.Text() : QString());
     FShowingFile = false;
     ChannelsChanged();
     chart.CurvesChanged();
+}
+
+void TKSChartPanel::UpdateYAxisTitles()
+{
+    for (int b = 0; b < FChart->GetBandCount() && b < FChart->GetCurveCount(); ++b) {
+        TQXYAxisDataObject& axis = *FChart->GetYAxis(b);
+        const TQXChartCurve& curve = *FChart->GetCurve(b);
+        const QString unit = axis.Scale == yasDB ? QStringLiteral("dB") + curve.Unit : curve.Unit;
+        axis.Title = unit.isEmpty() ? curve.Name : curve.Name + QStringLiteral(" [") + unit + QLatin1Char(']');
+    }
+}
+
+QString TKSChartPanel::XAxisTitle(TQXDcfDataKind Kind)
+{
+    switch (Kind) {
+    case dkTime: return res::_rsXAxisTime;
+    case dkFrequency: return res::_rsXAxisFrequency;
+    default: return QString();
+    }
 }
 
 void TKSChartPanel::ShowError(const QString& Text)
@@ -336,6 +358,7 @@ void TKSChartPanel::SetYAxisScale(std::int32_t Value)
         for (int b = 0; b < FChart->GetBandCount() && b < FChart->GetCurveCount(); ++b)
             DefaultYAxis(b, FShowingFile ? nullptr : FLink->GetChannelList(b));
     }
+    UpdateYAxisTitles();
     FChart->CurvesChanged();
     Changed("YAxisScale");
 }

@@ -197,6 +197,8 @@ protected:
     // The band's y axis as "Default scale" sets it: the channel's range on a linear axis, else
     // fitted to what the band shows. Info is null for curves read from a data file.
     virtual void DefaultYAxis(int Band, const TQXMSExChannelInformation* Info);
+    // "Time [s]", "Frequency [Hz]", or none for single values.
+    static QString XAxisTitle(TQXDcfDataKind Kind);
     // After new data: autoscale when on, cursors, repaint.
     void DataChanged();
     // Registers a bus property backed by the Q_PROPERTY of the same name: reads and writes go
@@ -219,6 +221,9 @@ protected:
 private:
     void Attach();
     void ShowError(const QString& Text);
+    // Each band's y axis titled "name [unit]" after its curve ("[dBunit]" on a dB axis), as the
+    // axis labels carry plain numbers.
+    void UpdateYAxisTitles();
     void UpdateSelection();
     void RebuildCurves();
     void Deliver(const TRVShortdefs& Shortdefs, const TRVDataDoubleArray& Data,

@@ -197,12 +197,13 @@ void TKSChartPanel::LoadBuffer(const QString& Path)
         curve.DX = channel.DX;
         curve.Samples = channel.Samples;
         TQXYAxisDataObject& axis = *chart.GetYAxis(band);
-        axis.Title = channel.Name;
         axis.Color = channel.Definition.Color;
         axis.Scale = static_cast<TQXYAxisScale>(GetYAxisScale());
         chart.AutoscaleBand(band);
     }
     chart.AutoscaleX();
+    UpdateYAxisTitles();
+    chart.GetXAxis().Title = XAxisTitle(FFileKind);
     FShowingFile = true;
     SetHold(true);
     chart.CurvesChanged();

@@ -14,6 +14,7 @@ TKSSpectrumPanel::TKSSpectrumPanel(QWidget* parent) : TKSChartPanel(parent)
     SetObjectDescription(res::_rsSpectrumCaption);
     FFFT.SetSpecType(ksfftSpec);
     FFFT.SetWindow(qxltHanning);
+    GetChart().GetXAxis().Title = XAxisTitle(dkFrequency);
     TKSSpectrumPanel::ClearProperties();
     DefaultXAxis();
 }
@@ -49,6 +50,8 @@ void TKSSpectrumPanel::DefaultXAxis()
 
 void TKSSpectrumPanel::ChannelsChanged()
 {
+    // The spectra's x is frequency, whatever the channels hold.
+    GetChart().GetXAxis().Title = XAxisTitle(dkFrequency);
     FGathered.clear();
     FollowDefaultXAxis();
 }

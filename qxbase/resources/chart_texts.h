@@ -111,6 +111,8 @@ inline constexpr ResourceText _rsTriggerStateCapturing = QX_RES("Capturing");
 inline constexpr ResourceText _rsTriggerStateTriggered = QX_RES("Triggered");
 inline constexpr ResourceText _rsTriggerStateSingleShotDone = QX_RES("Single shot done");
 inline constexpr ResourceText _rsTriggerStateFreeRun = QX_RES("Free run");
+inline constexpr ResourceText _rsXAxisTime = QX_RES("Time [s]");
+inline constexpr ResourceText _rsXAxisFrequency = QX_RES("Frequency [Hz]");
 inline constexpr ResourceText _rsCannotPrint = QX_RES("Cannot print: the printer could not be started");
 
 // Saving a chart's data.
