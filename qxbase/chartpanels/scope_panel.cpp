@@ -229,6 +229,10 @@ void TKSScopePanel::FreeRun(const TRVShortdefs& Shortdefs, const TRVDataDoubleAr
         std::vector<double>& gathered = FGathered[c];
         if (HasSamples(Data[c]))
             gathered.insert(gathered.end(), Data[c].data, Data[c].data + Data[c].count);
+        // Only the newest buffer is shown: a channel that waits for another (one that runs slower
+        // or gets nothing) keeps no more than that.
+        if (gathered.size() > 2 * size)
+            gathered.erase(gathered.begin(), gathered.end() - static_cast<std::ptrdiff_t>(size));
         complete = complete && gathered.size() >= size;
     }
     if (!complete)
