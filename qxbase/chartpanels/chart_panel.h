@@ -35,6 +35,10 @@ class TKSHistoUI;
 // "Error: the channels contain different types of data." shown on the chart; nothing is drawn
 // until the selection is consistent again.
 //
+// Bus writes: an enumeration takes its ordinal or one of its texts and ignores anything else; a
+// value that does not convert to the property's type (a text that is not a number, NaN for an
+// integer) raises EVariantError from the write and changes nothing; the rest follows the setters.
+//
 // A listener told of a property change during a bus write may delete the panel; one told from
 // the panel's own widgets (toolbar, menu, dialogs) removes it with deleteLater(), as the widgets
 // are still at work.
