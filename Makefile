@@ -41,14 +41,16 @@ test: build
 	cd $(BUILD) && ctest --output-on-failure -j $(JOBS) $(CTEST_ARGS)
 
 # With a display: the demo worksheet in its window. Without one: the console tour, the binding
-# walk-through, the data path and a snapshot of the worksheet in design mode.
+# walk-through, the data path and snapshots of the worksheet in design mode (its first page, and
+# the acquisition page with its charts).
 run: build
 	@if [ -z "$$DISPLAY" ] && [ -z "$$WAYLAND_DISPLAY" ]; then \
 	  export QT_QPA_PLATFORM=offscreen; \
 	  $(BUILD)/apps/qxsheet/qxsheet tour && \
 	  $(BUILD)/apps/qxsheet/qxsheet bindings && \
 	  $(BUILD)/apps/qxsheet/qxsheet datapath && \
-	  $(BUILD)/apps/qxsheet/qxsheet --snapshot $(BUILD)/qxsheet-snapshot.png; \
+	  $(BUILD)/apps/qxsheet/qxsheet --snapshot $(BUILD)/qxsheet-snapshot.png && \
+	  $(BUILD)/apps/qxsheet/qxsheet --snapshot $(BUILD)/qxsheet-charts.png --page Acquisition; \
 	else \
 	  $(BUILD)/apps/qxsheet/qxsheet; \
 	fi

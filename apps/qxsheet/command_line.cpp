@@ -72,6 +72,10 @@ TCommand ParseWorksheet(const QStringList& arguments)
             if (i + 1 == arguments.size() || arguments[i + 1].isEmpty())
                 return Error(QStringLiteral("--snapshot needs the name of a PNG file"));
             command.Snapshot = arguments[++i];
+        } else if (argument == "--page") {
+            if (i + 1 == arguments.size() || arguments[i + 1].isEmpty())
+                return Error(QStringLiteral("--page needs the caption of a page"));
+            command.Page = arguments[++i];
         } else if (argument.startsWith('-')) {
             return Error(QStringLiteral("unknown option \"%1\"").arg(argument));
         } else if (!command.File.isEmpty()) {
@@ -109,7 +113,7 @@ QString UsageText()
 {
     return QStringLiteral(
         "usage: qxsheet [FILE]        open a worksheet (the bundled demo worksheet when no FILE)\n"
-        "       qxsheet [FILE] --snapshot PNG\n"
+        "       qxsheet [FILE] --snapshot PNG [--page CAPTION]\n"
         "                             render the worksheet in design mode to PNG, headless\n"
         "       qxsheet tour          the console tour: the property-and-event bus, the channel\n"
         "                             model, thermocouples and a module search on a simulated bus\n"

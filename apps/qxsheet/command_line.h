@@ -12,11 +12,12 @@ struct TCommand {
     int Cycles = 5;     // cmdDatapath: acquisition cycles to step
     QString File;       // cmdWorksheet, cmdBindings, cmdDatapath: the worksheet; empty for the bundled one
     QString Snapshot;   // cmdWorksheet: the PNG to render to instead of opening a window
+    QString Page;       // cmdWorksheet with Snapshot: the caption of the page to render
     QString Error;      // cmdError: what is wrong with the arguments
 };
 
 // Reads the arguments after the program name: none opens the bundled worksheet; a file name
-// opens that worksheet; "--snapshot PNG" renders it headless instead; "tour" runs the console
+// opens that worksheet; "--snapshot PNG" renders it headless instead ("--page CAPTION" that page); "tour" runs the console
 // tour; "bindings [FILE]" runs the binding walk-through on the worksheet;
 // "datapath [FILE] [--cycles N]" (N from 1 to 1000) steps its simulated source by hand; "scan --port N" (N from 1 to 255) searches the module bus on COM N; "--help" or "-h"
 // prints the usage.

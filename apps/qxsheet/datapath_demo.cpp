@@ -5,8 +5,10 @@
 #include <memory>
 #include <vector>
 
+#include "apps/qxsheet/chart_readout.h"
 #include "apps/qxsheet/data_panels.h"
 #include "apps/qxsheet/worksheet_app.h"
+#include "qxbase/chartpanels/chart_panel.h"
 #include "qxbase/framework/stream_registry.h"
 #include "qxbase/panels/panel_tab_page.h"
 #include "qxbase/panels/worksheet_file.h"
@@ -36,29 +38,9 @@ QString MeterLine(const TDemoMeterPanel& Meter)
              info != nullptr ? info->SecondText : QString(), Number(Meter.GetValueTime()));
 }
 
-QString CurveLine(const TDemoCurvePanel& Curve)
-{
-    QStringList counts;
-    for (int count : Curve.GetLastCounts()) counts << QString::number(count);
-    return QStringLiteral("%1 channels, samples %2").arg(counts.size()).arg(counts.join(QLatin1Char(' ')));
-}
-
-QString CaptureLine(const TDemoCapturePanel& Capture)
-{
-    return QStringLiteral("capture %1: %2 channels of %3 samples from t = %4 s, trigger at sample %5 (t = %6 s)")
-        .arg(Capture.GetReceived())
-        .arg(Capture.GetCurves().size())
-        .arg(Capture.GetCount())
-        .arg(Number(Capture.GetStartTime()))
-        .arg(Capture.GetTriggerPosition())
-        .arg(std::isnan(Capture.GetTriggerTime()) ? QStringLiteral("unknown") : Number(Capture.GetTriggerTime()));
-}
-
 QString DeliveryLine(const TDataPanel& Panel)
 {
     if (const auto* meter = qobject_cast<const TDemoMeterPanel*>(&Panel)) return MeterLine(*meter);
-    if (const auto* curve = qobject_cast<const TDemoCurvePanel*>(&Panel)) return CurveLine(*curve);
-    if (const auto* capture = qobject_cast<const TDemoCapturePanel*>(&Panel)) return CaptureLine(*capture);
     return QStringLiteral("data");
 }
 
@@ -159,9 +141,11 @@ int RunDatapathDemo(const QString& Path, int Cycles, QTextStream& out, QTextStre
     qx::TKSSimulatedSource* source = nullptr;
     std::vector<TDataPanel*> panels;
     std::vector<qx::TKSMathChannelProcessor*> maths;
+    std::vector<qx::TKSChartPanel*> charts;
     for (qx::TKSPanelTabPage* page : window->GetPages())
         for (qx::TKSMSSink* panel : qx::GetAllPagePanels(*page)) {
             if (auto* data = qobject_cast<TDataPanel*>(panel)) panels.push_back(data);
+            if (auto* chart = qobject_cast<qx::TKSChartPanel*>(panel)) charts.push_back(chart);
             if (auto* math = qobject_cast<qx::TKSMathChannelProcessor*>(panel)) maths.push_back(math);
             if (auto* simulated = qobject_cast<qx::TKSSimulatedSource*>(panel); simulated && !source)
                 source = simulated;
@@ -179,6 +163,9 @@ int RunDatapathDemo(const QString& Path, int Cycles, QTextStream& out, QTextStre
         out << "  " << Name(*panel) << " reads " << (panel->GetLink().GetSource() ? panel->GetSourceName()
                                                                                   : QStringLiteral("nothing"))
             << Qt::endl;
+    for (const qx::TKSChartPanel* chart : charts)
+        out << "  " << Name(*chart) << " reads "
+            << (chart->GetLink().GetSource() ? chart->GetSourceName() : QStringLiteral("nothing")) << Qt::endl;
 
     std::vector<std::unique_ptr<TProbe>> probes;
     for (qx::TKSMathChannelProcessor* math : maths) probes.push_back(std::make_unique<TProbe>(*math));
@@ -194,9 +181,16 @@ int RunDatapathDemo(const QString& Path, int Cycles, QTextStream& out, QTextStre
             out << "  " << Name(*panels[i]) << ": "
                 << (panels[i]->GetReceived() != before[i] ? DeliveryLine(*panels[i]) : QStringLiteral("nothing"))
                 << Qt::endl;
+        for (const qx::TKSChartPanel* chart : charts)
+            out << "  " << Name(*chart) << ": " << ChartCycleLine(*chart) << Qt::endl;
     }
 
     for (std::size_t i = 0; i < maths.size(); ++i) PrintMathChannels(out, *maths[i], *probes[i], *source);
+    if (!charts.empty()) {
+        out << Qt::endl << "cursor read-outs (cursor 1 at a quarter, cursor 2 at three quarters of the x axis)"
+            << Qt::endl;
+        for (qx::TKSChartPanel* chart : charts) PrintCursorReadout(out, *chart);
+    }
     probes.clear();  // the collector below lists the links that stay
 
     out << Qt::endl << "connections" << Qt::endl;

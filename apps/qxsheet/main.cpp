@@ -31,7 +31,7 @@ int RunWorksheet(int argc, char** argv, const qxsheet::TCommand& command, QTextS
     if (command.Kind == qxsheet::TCommand::cmdDatapath)
         return qxsheet::RunDatapathDemo(command.File, command.Cycles, out, err);
     if (!command.Snapshot.isEmpty())
-        return qxsheet::RunSnapshot(command.File, command.Snapshot, out, err);
+        return qxsheet::RunSnapshot(command.File, command.Snapshot, out, err, command.Page);
     return qxsheet::RunWorksheetWindow(command.File, err);
 }
 

@@ -6,10 +6,13 @@
 #include <QTextStream>
 #include <cmath>
 #include <numbers>
+#include <tuple>
 
 #include "apps/qxsheet/data_panels.h"
 #include "apps/qxsheet/datapath_demo.h"
 #include "apps/qxsheet/worksheet_app.h"
+#include "qxbase/chartpanels/recorder_panel.h"
+#include "qxbase/panels/histo_ui.h"
 #include "qxbase/framework/host_services.h"
 #include "qxbase/panels/panel_tab_page.h"
 #include "qxbase/sources/simulated_source.h"
@@ -64,14 +67,26 @@ TEST_F(Datapath, PrintsWhatEachConsumerAndMathChannelTookPerCycle)
     const QString third = cycles[3].left(cycles[3].indexOf("\nmath channels"));
     EXPECT_NEAR(Captured(third, "RMS of AI 1 = (\\S+) V"), std::sqrt(squares / 1024.0), 1e-5);
     EXPECT_NEAR(Captured(third, "RMS of AI 1 .* at t = (\\S+) s"), 2.0, 1e-9);
-    EXPECT_TRUE(third.contains("Scope: 3 channels, samples 1024 1024 1024")) << third.toStdString();
+    EXPECT_TRUE(third.contains("TKSRecorderPanel Recorder: 3 curves, 3072 samples kept each (t = 0 .. 3 s), view 0 .. 5 s"))
+        << third.toStdString();
+    EXPECT_TRUE(third.contains(QRegularExpression("TKSScopePanel Scope: capture \\d+: 2 curves of 200 samples, trigger at "
+                                                  "x = 0 \\(50 samples in\\)")))
+        << third.toStdString();
+    // Each spectrum peaks at its sine's frequency with its amplitude.
+    for (const auto& [channel, hz, amplitude] : {std::tuple{1, 10.0, 2.0}, std::tuple{2, 3.0, 1.0}, std::tuple{3, 25.0, 0.5}}) {
+        const QString pattern = QStringLiteral("AI %1 peak at (\\S+) Hz, (\\S+) V").arg(channel);
+        EXPECT_NEAR(Captured(third, pattern), hz, 1e-9) << third.toStdString();
+        EXPECT_NEAR(Captured(third, "AI " + QString::number(channel) + " peak at \\S+ Hz, (\\S+) V"), amplitude, 1e-4);
+    }
 
-    // Each capture is 200 long and starts 50 samples before an upward crossing of 1 V.
-    const double start = Captured(third, "from t = (\\S+) s");
-    const int trigger = static_cast<int>(std::lround(start * 1024.0)) + 50;
-    EXPECT_TRUE(Sine(trigger - 1) < 1.0 && Sine(trigger) >= 1.0) << third.toStdString();
-    EXPECT_TRUE(third.contains("8 channels of 200 samples")) << third.toStdString();
-    EXPECT_TRUE(third.contains(QStringLiteral("trigger at sample 50 (t = %1 s)").arg(trigger / 1024.0)));
+    // The scope's first cursor stands at x = 0, on the trigger sample: the first at or above 1 V
+    // after one below.
+    const QString readout = text.mid(text.indexOf("\ncursor read-outs"));
+    const double y = Captured(readout, "Scope \\(AI 1\\): Cursor 1: x = \\S+ \\S*, y = (\\S+)");
+    EXPECT_GE(y, 1.0) << readout.toStdString();
+    EXPECT_LT(y, 1.0 + 2.0 * 2.0 * std::numbers::pi * 10.0 / 1024.0);
+    EXPECT_TRUE(readout.contains(QRegularExpression("Recorder \\(AI 1\\): Cursor 1: x = 1.25\\d* , y = .*Hz")))
+        << readout.toStdString();
 
     // The math channels of the last cycle, samples 2048..3071: the sum's and the scaling's second
     // samples.
@@ -122,17 +137,17 @@ TEST_F(Datapath, LinksAreAttachedAfterLoadAndLetGoWhenThePanelsGo)
     std::unique_ptr<TWorksheetWindow> window = OpenWorksheetWindow({});
     auto& source = Get<qx::TKSSimulatedSource>(*window, "Simulator");
     auto& meter = Get<TDemoMeterPanel>(*window, "SineRms");
-    auto& curve = Get<TDemoCurvePanel>(*window, "Scope");
-    EXPECT_EQ(curve.GetSelectLink().GetMSChannelIndex(2), 4);
-    EXPECT_EQ(source.GetLinkCount(), 4);
+    auto& recorder = Get<qx::TKSRecorderPanel>(*window, "Recorder");
+    EXPECT_EQ(recorder.GetLink().GetMSChannelIndex(2), 4);
+    EXPECT_EQ(source.GetLinkCount(), 6);
     source.Step();
-    EXPECT_DOUBLE_EQ(curve.GetCurves()[0].Samples[25], Sine(25));
+    EXPECT_DOUBLE_EQ(recorder.GetChart().GetCurve(0)->Samples[25], Sine(25));
 
-    curve.SetSourceName("Nowhere");
-    EXPECT_FALSE(curve.Attach());
-    EXPECT_EQ(source.GetLinkCount(), 3);
+    recorder.SetSourceName("Nowhere");
+    EXPECT_EQ(recorder.GetLink().GetSource(), nullptr);
+    EXPECT_EQ(source.GetLinkCount(), 5);
     delete &meter;
-    EXPECT_EQ(source.GetLinkCount(), 2);
+    EXPECT_EQ(source.GetLinkCount(), 4);
 }
 
 TEST_F(Datapath, TheWindowRunsTheSourceOnlyWhenShownOutsideDesignMode)
