@@ -11,16 +11,17 @@ namespace qx {
 
 TKSSpectrumPanel::TKSSpectrumPanel(QWidget* parent) : TKSChartPanel(parent)
 {
-    SetObjectDescription(QStringLiteral("Spectrum"));
+    SetObjectDescription(res::_rsSpectrumCaption);
     FFFT.SetSpecType(ksfftSpec);
     FFFT.SetWindow(qxltHanning);
+    GetChart().GetXAxis().Title = XAxisTitle(dkFrequency);
     TKSSpectrumPanel::ClearProperties();
     DefaultXAxis();
 }
 
 QString TKSSpectrumPanel::GetDescription(const QMetaObject&)
 {
-    return QStringLiteral("Spectrum: amplitude spectra of chosen channels");
+    return res::_rsSpectrumDescription;
 }
 
 void TKSSpectrumPanel::ClearProperties()
@@ -49,8 +50,10 @@ void TKSSpectrumPanel::DefaultXAxis()
 
 void TKSSpectrumPanel::ChannelsChanged()
 {
+    // The spectra's x is frequency, whatever the channels hold.
+    GetChart().GetXAxis().Title = XAxisTitle(dkFrequency);
     FGathered.clear();
-    DefaultXAxis();
+    FollowDefaultXAxis();
 }
 
 void TKSSpectrumPanel::DefaultYAxis(int Band, const TQXMSExChannelInformation* Info)
@@ -75,6 +78,20 @@ void TKSSpectrumPanel::ResetDisplay()
     TKSChartPanel::ResetDisplay();
     FGathered.clear();
     FSpectrumCount = 0;
+}
+
+std::vector<TQXDcfChannel> TKSSpectrumPanel::GetBufferForSave() const
+{
+    std::vector<TQXDcfChannel> channels = TKSChartPanel::GetBufferForSave();
+    if (GetShowingFile())
+        return channels;
+    for (TQXDcfChannel& channel : channels) {
+        channel.Kind = dkFrequency;
+        const auto flags = TQXMSChannelFlags::FromBits(static_cast<std::uint16_t>(channel.Definition.Flags));
+        channel.Definition.Flags =
+            (flags - TQXMSChannelFlags{msexArrayData, msexTimeData} + TQXMSChannelFlags{msexFFTArrayData}).Bits();
+    }
+    return channels;
 }
 
 void TKSSpectrumPanel::TakeData(const TRVShortdefs& Shortdefs, const TRVDataDoubleArray& Data,
@@ -110,8 +127,7 @@ void TKSSpectrumPanel::TakeData(const TRVShortdefs& Shortdefs, const TRVDataDoub
         gathered.clear();
         if (rate != FSampleRate) {
             FSampleRate = rate;
-            if (!GetXAxisFixed())
-                DefaultXAxis();
+            FollowDefaultXAxis();
         }
         shown = true;
     }

@@ -27,6 +27,8 @@ public:
 
     void ClearProperties() override;
     void ResetDisplay() override;
+    // The spectra as frequency data, whatever kind of channel they were computed from.
+    std::vector<TQXDcfChannel> GetBufferForSave() const override;
 
 protected:
     void TakeData(const TRVShortdefs& Shortdefs, const TRVDataDoubleArray& Data,

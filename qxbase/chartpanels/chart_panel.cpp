@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPainter>
+#include <QPointer>
 #include <QRegularExpression>
 #include <QToolButton>
 #include <algorithm>
@@ -33,6 +34,7 @@ TKSChartPanel::TKSChartPanel(QWidget* parent)
     SetChannelMode(3);
     SetWindowMinSize(QPoint(160, 120));
     FChart = new TKSHistoUI(this);
+    FChart->GetXAxis().Title = XAxisTitle(dkTime);
     FToolbar = new TKSHistoToolbar(this);
     FCursorPanel = new TKSHistoCursorPanel(this);
     FChart->SetCursorPanel(FCursorPanel);
@@ -146,11 +148,17 @@ void TKSChartPanel::RebuildCurves()
 {
     TKSHistoUI& chart = *FChart;
     const int count = FLink->GetChannelListCount();
-    // Limits of bands the user has seen are kept over a change of the source's channel list.
+    // Limits of bands and hidden curves the user has seen are kept over a change of the source's
+    // channel list; the chart holds them as the user last set them (the dialogs write there).
     for (int b = 0; b < chart.GetBandCount() && chart.GetCurveCount() > 0; ++b) {
         if (static_cast<std::size_t>(b) >= FYLimits.size())
             FYLimits.resize(static_cast<std::size_t>(b) + 1, {0.0, 0.0});
         FYLimits[static_cast<std::size_t>(b)] = {chart.GetYAxis(b)->Min, chart.GetYAxis(b)->Max};
+    }
+    if (chart.GetCurveCount() > 0) {
+        FHiddenCurves.clear();
+        for (int c = 0; c < chart.GetCurveCount(); ++c)
+            if (!chart.GetCurve(c)->Visible) FHiddenCurves.push_back(c);
     }
     chart.ClearCurves();
     chart.SetBandCount(std::max(1, count));
@@ -164,7 +172,6 @@ void TKSChartPanel::RebuildCurves()
                                          info != nullptr ? info->SecondText : QString(),
                                          info != nullptr ? info->Color : clLime, i);
         TQXYAxisDataObject& axis = *chart.GetYAxis(i);
-        axis.Title = info != nullptr ? info->Name : QString();
         axis.Color = info != nullptr ? info->Color : clWhite;
         axis.Scale = static_cast<TQXYAxisScale>(FYAxisScale);
         axis.Visible = FYAxisVisible;
@@ -180,10 +187,32 @@ void TKSChartPanel::RebuildCurves()
             std::find(FHiddenCurves.begin(), FHiddenCurves.end(), curve) == FHiddenCurves.end();
     }
     chart.SetActiveBand(FActiveBand);
+    UpdateYAxisTitles();
+    const TQXChannelKind kind = kinds.empty() ? ckTime : kinds.front();
+    chart.GetXAxis().Title = XAxisTitle(kind == ckTime ? dkTime : kind == ckFrequency ? dkFrequency : dkOther);
     ShowError(MixedKinds(kinds) ? res::_rsDifferentDataTypes.Text() : QString());
     FShowingFile = false;
     ChannelsChanged();
     chart.CurvesChanged();
+}
+
+void TKSChartPanel::UpdateYAxisTitles()
+{
+    for (int b = 0; b < FChart->GetBandCount() && b < FChart->GetCurveCount(); ++b) {
+        TQXYAxisDataObject& axis = *FChart->GetYAxis(b);
+        const TQXChartCurve& curve = *FChart->GetCurve(b);
+        const QString unit = axis.Scale == yasDB ? QStringLiteral("dB") + curve.Unit : curve.Unit;
+        axis.Title = unit.isEmpty() ? curve.Name : curve.Name + QStringLiteral(" [") + unit + QLatin1Char(']');
+    }
+}
+
+QString TKSChartPanel::XAxisTitle(TQXDcfDataKind Kind)
+{
+    switch (Kind) {
+    case dkTime: return res::_rsXAxisTime;
+    case dkFrequency: return res::_rsXAxisFrequency;
+    default: return QString();
+    }
 }
 
 void TKSChartPanel::ShowError(const QString& Text)
@@ -328,6 +357,7 @@ void TKSChartPanel::SetYAxisScale(std::int32_t Value)
         for (int b = 0; b < FChart->GetBandCount() && b < FChart->GetCurveCount(); ++b)
             DefaultYAxis(b, FShowingFile ? nullptr : FLink->GetChannelList(b));
     }
+    UpdateYAxisTitles();
     FChart->CurvesChanged();
     Changed("YAxisScale");
 }
@@ -447,6 +477,12 @@ void TKSChartPanel::SetXAxisFixed(bool Value)
         ChangeXAxis();
     else
         ResetXAxis();
+}
+
+void TKSChartPanel::FollowDefaultXAxis()
+{
+    if (!FXAxisFixed)
+        DefaultXAxis();
 }
 
 void TKSChartPanel::ResetXAxis()
@@ -611,12 +647,15 @@ void TKSChartPanel::ResetDisplay()
     FChart->CurvesChanged();
 }
 
-void TKSChartPanel::Changed(const char* Name)
+bool TKSChartPanel::Changed(const char* Name)
 {
     update();
     const QString name = QLatin1String(Name);
-    if (!GetIsLoaded() && name != FBusWriting)
-        EventFirePropertyUpdated(name);
+    if (GetIsLoaded() || name == FBusWriting)
+        return true;
+    const QPointer<TKSChartPanel> self(this);
+    EventFirePropertyUpdated(name);
+    return !self.isNull();
 }
 
 }  // namespace qx

@@ -35,6 +35,14 @@ class TKSHistoUI;
 // Channels of different data kinds (time, frequency, single values) are refused with
 // "Error: the channels contain different types of data." shown on the chart; nothing is drawn
 // until the selection is consistent again.
+//
+// Bus writes: an enumeration takes its ordinal or one of its texts and ignores anything else; a
+// value that does not convert to the property's type (a text that is not a number, NaN for an
+// integer) raises EVariantError from the write and changes nothing; the rest follows the setters.
+//
+// A listener told of a property change during a bus write may delete the panel; one told from
+// the panel's own widgets (toolbar, menu, dialogs) removes it with deleteLater(), as the widgets
+// are still at work.
 class QXBASE_EXPORT TKSChartPanel : public TKSMSSink {
     Q_OBJECT
     Q_PROPERTY(QString SourceName READ GetSourceName WRITE SetSourceName)
@@ -131,7 +139,8 @@ public:
     void SetYAxisOffset(int Band, double Value);
     void SetYAxisScaleValue(int Band, double Value);
 
-    // The toolbar's work, also reachable from code.
+    // The toolbar's work, also reachable from code. The dialogs (and Print's) run their own event
+    // loop, which may remove the panel: they then return without touching it.
     void ShowAxisSetup();
     void ShowChannelVisibilities();
     // Fits every band to what it shows now.
@@ -164,6 +173,8 @@ public:
     // Shows a data file's channels (kept data of a recorder, a capture of a scope, spectra)
     // instead of live data, and holds. Raises EDcfFileError for a file that cannot be read.
     void LoadBuffer(const QString& Path);
+    // Whether the curves come from a data file until live data returns.
+    bool GetShowingFile() const { return FShowingFile; }
 
     // The error shown on the chart; empty while there is none.
     const QString& GetErrorText() const { return FErrorText; }
@@ -187,9 +198,14 @@ protected:
     virtual bool TakesDataOnHold() const { return false; }
     // The x axis the panel returns to ("Default scale", "Reset X-Axis").
     virtual void DefaultXAxis() = 0;
+    // DefaultXAxis, unless "Change X-Axis" holds the x axis: for what moves the panel's own axis
+    // (new data, channels, sizes).
+    void FollowDefaultXAxis();
     // The band's y axis as "Default scale" sets it: the channel's range on a linear axis, else
     // fitted to what the band shows. Info is null for curves read from a data file.
     virtual void DefaultYAxis(int Band, const TQXMSExChannelInformation* Info);
+    // "Time [s]", "Frequency [Hz]", or none for single values.
+    static QString XAxisTitle(TQXDcfDataKind Kind);
     // After new data: autoscale when on, cursors, repaint.
     void DataChanged();
     // Registers a bus property backed by the Q_PROPERTY of the same name: reads and writes go
@@ -203,14 +219,18 @@ protected:
     // A command on the bus: enumeration ("True", "Unknown"); writing 0 or "True" runs it.
     void RegisterBusCommand(const QString& Description, const QString& Name, std::function<void()> Command);
     // Tells the bus that a Q_PROPERTY changed, unless the bus itself is writing it or the
-    // panel is being read.
-    void Changed(const char* Name);
+    // panel is being read. False when a listener deleted the panel meanwhile: the caller must
+    // not touch it then.
+    bool Changed(const char* Name);
     void Resize() override;
     void Paint(QPainter& Canvas) override;
 
 private:
     void Attach();
     void ShowError(const QString& Text);
+    // Each band's y axis titled "name [unit]" after its curve ("[dBunit]" on a dB axis), as the
+    // axis labels carry plain numbers.
+    void UpdateYAxisTitles();
     void UpdateSelection();
     void RebuildCurves();
     void Deliver(const TRVShortdefs& Shortdefs, const TRVDataDoubleArray& Data,

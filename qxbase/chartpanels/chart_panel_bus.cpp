@@ -1,4 +1,5 @@
 #include <QMetaProperty>
+#include <QPointer>
 
 #include "qxbase/chartpanels/chart_panel.h"
 #include "qxbase/control/control_types.h"
@@ -61,13 +62,17 @@ void TKSChartPanel::RegisterBusAccess(const QString& Description, const QString&
         }
         const QString before = FBusWriting;
         FBusWriting = Name;
+        // A listener told of a change the write caused may delete the panel.
+        const QPointer<TKSChartPanel> self(this);
         try {
             Set(Value);
         } catch (...) {
-            FBusWriting = before;
+            if (self)
+                FBusWriting = before;
             throw;
         }
-        FBusWriting = before;
+        if (self)
+            FBusWriting = before;
         return S_OK;
     };
     const auto identifier = FirstIdentifier + static_cast<std::uint32_t>(GetPropertyCount());

@@ -1,8 +1,10 @@
 #include <QDateTime>
-#include <algorithm>
 #include <QPainter>
+#include <QPointer>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <algorithm>
+#include <memory>
 
 #include "qxbase/chartpanels/chart_panel.h"
 #include "qxbase/chartpanels/chart_kinds.h"
@@ -33,7 +35,8 @@ TQXDcfDataKind DcfKind(TQXChannelKind Kind)
 void TKSChartPanel::ShowAxisSetup()
 {
     TKSHistoUI& chart = GetChart();
-    TFormAxisSetup dialog(window());
+    const QPointer<TKSChartPanel> self(this);
+    const QPointer<TFormAxisSetup> running = new TFormAxisSetup(window());
     QStringList names;
     std::vector<double> mins;
     std::vector<double> maxs;
@@ -42,10 +45,15 @@ void TKSChartPanel::ShowAxisSetup()
         mins.push_back(chart.GetYAxis(b)->Min);
         maxs.push_back(chart.GetYAxis(b)->Max);
     }
-    dialog.SetNames(names);
-    dialog.SetMinValues(mins);
-    dialog.SetMaxValues(maxs);
-    const int result = dialog.exec();
+    running->SetNames(names);
+    running->SetMinValues(mins);
+    running->SetMaxValues(maxs);
+    const int result = running->exec();
+    // The dialog's event loop may remove the panel (a handler's deleteLater, a closed worksheet)
+    // and, with the panel's window, the dialog.
+    const std::unique_ptr<TFormAxisSetup> dialog(running.data());
+    if (!self || !dialog)
+        return;
     if (result == TFormAxisSetup::mrIgnore) {
         DefaultScale();
         return;
@@ -54,32 +62,35 @@ void TKSChartPanel::ShowAxisSetup()
         return;
     for (int b = 0; b < names.size(); ++b) {
         TQXYAxisDataObject* axis = chart.GetYAxis(b);
-        const double low = dialog.GetMinValues()[static_cast<std::size_t>(b)];
-        const double high = dialog.GetMaxValues()[static_cast<std::size_t>(b)];
+        const double low = dialog->GetMinValues()[static_cast<std::size_t>(b)];
+        const double high = dialog->GetMaxValues()[static_cast<std::size_t>(b)];
         // A reversed or empty range would fold the band flat.
         if (axis == nullptr || !(high > low))
             continue;
         axis->Min = low;
         axis->Max = high;
     }
-    SetAutoScale(false);
     chart.CurvesChanged();
+    SetAutoScale(false);
 }
 
 void TKSChartPanel::ShowChannelVisibilities()
 {
     TKSHistoUI& chart = GetChart();
-    TFChannelVisibilities dialog(window());
+    const QPointer<TKSChartPanel> self(this);
+    const QPointer<TFChannelVisibilities> running = new TFChannelVisibilities(window());
     QStringList names;
     std::vector<bool> shown;
     for (int c = 0; c < chart.GetCurveCount(); ++c) {
         names << chart.GetCurve(c)->Name;
         shown.push_back(chart.GetCurve(c)->Visible);
     }
-    dialog.SetChannels(names, shown);
-    if (dialog.exec() != TFChannelVisibilities::mrOk)
+    running->SetChannels(names, shown);
+    const int result = running->exec();
+    const std::unique_ptr<TFChannelVisibilities> dialog(running.data());
+    if (!self || !dialog || result != TFChannelVisibilities::mrOk)
         return;
-    const std::vector<bool> visible = dialog.GetVisibilities();
+    const std::vector<bool> visible = dialog->GetVisibilities();
     for (int c = 0; c < chart.GetCurveCount() && static_cast<std::size_t>(c) < visible.size(); ++c)
         chart.GetCurve(c)->Visible = visible[static_cast<std::size_t>(c)];
     chart.CurvesChanged();
@@ -89,8 +100,11 @@ void TKSChartPanel::Print()
 {
     QPrinter printer(QPrinter::HighResolution);
     printer.setDocName(GetCaption());
-    QPrintDialog dialog(&printer, window());
-    if (dialog.exec() == QDialog::Accepted)
+    const QPointer<TKSChartPanel> self(this);
+    const QPointer<QPrintDialog> running = new QPrintDialog(&printer, window());
+    const int result = running->exec();
+    const std::unique_ptr<QPrintDialog> dialog(running.data());
+    if (self && dialog && result == QDialog::Accepted)
         PrintTo(printer);
 }
 
@@ -98,7 +112,7 @@ void TKSChartPanel::PrintTo(QPrinter& Printer) const
 {
     QPainter painter;
     if (!painter.begin(&Printer))
-        throw Exception(QStringLiteral("Cannot print: the printer could not be started"));
+        throw Exception(res::_rsCannotPrint);
     const QRect page = painter.viewport();
     painter.setFont(font());
     const int titleHeight = painter.fontMetrics().height() * 2;
@@ -183,12 +197,13 @@ void TKSChartPanel::LoadBuffer(const QString& Path)
         curve.DX = channel.DX;
         curve.Samples = channel.Samples;
         TQXYAxisDataObject& axis = *chart.GetYAxis(band);
-        axis.Title = channel.Name;
         axis.Color = channel.Definition.Color;
         axis.Scale = static_cast<TQXYAxisScale>(GetYAxisScale());
         chart.AutoscaleBand(band);
     }
     chart.AutoscaleX();
+    UpdateYAxisTitles();
+    chart.GetXAxis().Title = XAxisTitle(FFileKind);
     FShowingFile = true;
     SetHold(true);
     chart.CurvesChanged();

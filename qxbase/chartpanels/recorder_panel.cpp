@@ -7,6 +7,7 @@
 
 #include "qxbase/panels/histo_toolbar.h"
 #include "qxbase/panels/histo_ui.h"
+#include "qxbase/resources/chart_texts.h"
 
 namespace qx {
 namespace {
@@ -27,7 +28,7 @@ double CurveEnd(const TQXChartCurve& Curve)
 
 TKSRecorderPanel::TKSRecorderPanel(QWidget* parent) : TKSChartPanel(parent)
 {
-    SetObjectDescription(QStringLiteral("Recorder"));
+    SetObjectDescription(res::_rsRecorderCaption);
     TKSRecorderPanel::ClearProperties();
     connect(GetToolbar().BBackward(), &QToolButton::clicked, this, [this] { ScrollBackward(); });
     connect(GetToolbar().BForward(), &QToolButton::clicked, this, [this] { ScrollForward(); });
@@ -36,14 +37,14 @@ TKSRecorderPanel::TKSRecorderPanel(QWidget* parent) : TKSChartPanel(parent)
 
 QString TKSRecorderPanel::GetDescription(const QMetaObject&)
 {
-    return QStringLiteral("Recorder: a strip chart of the last seconds");
+    return res::_rsRecorderDescription;
 }
 
 void TKSRecorderPanel::ClearProperties()
 {
     TKSChartPanel::ClearProperties();
-    RegisterBusProperty(QStringLiteral("Time span"), "TimeSpan", varDouble);
-    RegisterBusProperty(QStringLiteral("Kept time"), "KeptTime", varDouble);
+    RegisterBusProperty(res::_rsPropTimeSpan, "TimeSpan", varDouble);
+    RegisterBusProperty(res::_rsPropKeptTime, "KeptTime", varDouble);
 }
 
 void TKSRecorderPanel::SetTimeSpan(double Value)
@@ -51,10 +52,12 @@ void TKSRecorderPanel::SetTimeSpan(double Value)
     if (!std::isfinite(Value) || Value <= 0.0)
         return;
     FTimeSpan = Value;
+    const double kept = FKeptTime;
     FKeptTime = std::max(FKeptTime, FTimeSpan);
     if (!GetHold())
-        DefaultXAxis();
-    Changed("TimeSpan");
+        FollowDefaultXAxis();
+    if (Changed("TimeSpan") && FKeptTime != kept)
+        Changed("KeptTime");
 }
 
 void TKSRecorderPanel::SetKeptTime(double Value)
@@ -131,14 +134,14 @@ void TKSRecorderPanel::TakeData(const TRVShortdefs& Shortdefs, const TRVDataDoub
             curve.X0 += static_cast<double>(drop) * dx;
         }
     }
-    if (!GetHold() && !GetXAxisFixed())
-        DefaultXAxis();
+    if (!GetHold())
+        FollowDefaultXAxis();
     DataChanged();
 }
 
 void TKSRecorderPanel::ChannelsChanged()
 {
-    DefaultXAxis();
+    FollowDefaultXAxis();
 }
 
 void TKSRecorderPanel::SetHold(bool Value)
@@ -146,8 +149,8 @@ void TKSRecorderPanel::SetHold(bool Value)
     TKSChartPanel::SetHold(Value);
     GetToolbar().BBackward()->setVisible(Value);
     GetToolbar().BForward()->setVisible(Value);
-    if (!Value && !GetXAxisFixed())
-        DefaultXAxis();
+    if (!Value)
+        FollowDefaultXAxis();
     GetChart().CurvesChanged();
 }
 

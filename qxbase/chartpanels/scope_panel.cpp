@@ -30,7 +30,7 @@ double Spacing(const TRVShortdef& Def, std::int32_t Count)
 
 TKSScopePanel::TKSScopePanel(QWidget* parent) : TKSChartPanel(parent)
 {
-    SetObjectDescription(QStringLiteral("Scope"));
+    SetObjectDescription(res::_rsScopeCaption);
     FTrigger.SetBufferSize(1000);
     FTrigger.SetPreTrigger(100);
     FTrigger.SetTriggerChannel(0);
@@ -53,7 +53,7 @@ TKSScopePanel::~TKSScopePanel()
 
 QString TKSScopePanel::GetDescription(const QMetaObject&)
 {
-    return QStringLiteral("Scope: triggered captures of chosen channels");
+    return res::_rsScopeDescription;
 }
 
 void TKSScopePanel::ClearProperties()
@@ -92,9 +92,8 @@ void TKSScopePanel::SetTriggerBufferSize(std::int32_t Value)
     else
         FTrigger.SetBufferSize(Value);
     FGathered.clear();
-    DefaultXAxis();
-    Changed("TriggerBufferSize");
-    if (FTrigger.GetPreTrigger() != pre)
+    FollowDefaultXAxis();
+    if (Changed("TriggerBufferSize") && FTrigger.GetPreTrigger() != pre)
         Changed("PreTrigger");
 }
 
@@ -126,9 +125,8 @@ void TKSScopePanel::SetPreTrigger(std::int32_t Value)
         FTrigger.RestoreSizes(Value, size);
     else
         FTrigger.SetPreTrigger(Value);
-    DefaultXAxis();
-    Changed("PreTrigger");
-    if (FTrigger.GetBufferSize() != size)
+    FollowDefaultXAxis();
+    if (Changed("PreTrigger") && FTrigger.GetBufferSize() != size)
         Changed("TriggerBufferSize");
 }
 
@@ -153,13 +151,13 @@ void TKSScopePanel::RearmTrigger()
 QString TKSScopePanel::GetTriggerStateText() const
 {
     if (FTriggerType == kttOff)
-        return QStringLiteral("Free run");
+        return res::_rsTriggerStateFreeRun;
     if (FDone)
-        return QStringLiteral("Single shot done");
+        return res::_rsTriggerStateSingleShotDone;
     switch (FState) {
-    case qxtsFillTrigger: return QStringLiteral("Capturing");
-    case qxtsTriggerDone: return QStringLiteral("Triggered");
-    default: return QStringLiteral("Waiting for trigger");
+    case qxtsFillTrigger: return res::_rsTriggerStateCapturing;
+    case qxtsTriggerDone: return res::_rsTriggerStateTriggered;
+    default: return res::_rsTriggerStateWaiting;
     }
 }
 
@@ -199,7 +197,7 @@ void TKSScopePanel::ChannelsChanged()
 {
     FTrigger.Reset();
     FGathered.clear();
-    DefaultXAxis();
+    FollowDefaultXAxis();
 }
 
 void TKSScopePanel::ResetDisplay()
@@ -231,6 +229,10 @@ void TKSScopePanel::FreeRun(const TRVShortdefs& Shortdefs, const TRVDataDoubleAr
         std::vector<double>& gathered = FGathered[c];
         if (HasSamples(Data[c]))
             gathered.insert(gathered.end(), Data[c].data, Data[c].data + Data[c].count);
+        // Only the newest buffer is shown: a channel that waits for another (one that runs slower
+        // or gets nothing) keeps no more than that.
+        if (gathered.size() > 2 * size)
+            gathered.erase(gathered.begin(), gathered.end() - static_cast<std::ptrdiff_t>(size));
         complete = complete && gathered.size() >= size;
     }
     if (!complete)
@@ -248,8 +250,7 @@ void TKSScopePanel::FreeRun(const TRVShortdefs& Shortdefs, const TRVDataDoubleAr
         gathered.clear();
     }
     ++FCaptureCount;
-    if (!GetXAxisFixed())
-        DefaultXAxis();
+    FollowDefaultXAxis();
     DataChanged();
 }
 
@@ -268,8 +269,7 @@ void TKSScopePanel::Show(const TRVShortdefs& Shortdefs, const TRVDataDoubleArray
     ++FCaptureCount;
     // A single shot shows its capture until it is re-armed.
     FDone = FTrigger.GetSingleShot();
-    if (!GetXAxisFixed())
-        DefaultXAxis();
+    FollowDefaultXAxis();
     DataChanged();
 }
 

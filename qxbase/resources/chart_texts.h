@@ -97,6 +97,24 @@ inline constexpr ResourceText _rsHintChannelVisibilities = QX_RES("Channel visib
 inline constexpr ResourceText _rsHintHold = QX_RES("Hold");
 inline constexpr ResourceText _rsHintScrollBackward = QX_RES("Scroll backward");
 
+// The recorder, the scope and the spectrum display: descriptions, own properties, trigger states.
+inline constexpr ResourceText _rsRecorderCaption = QX_RES("Recorder");
+inline constexpr ResourceText _rsRecorderDescription = QX_RES("Recorder: a strip chart of the last seconds");
+inline constexpr ResourceText _rsScopeCaption = QX_RES("Scope");
+inline constexpr ResourceText _rsScopeDescription = QX_RES("Scope: triggered captures of chosen channels");
+inline constexpr ResourceText _rsSpectrumCaption = QX_RES("Spectrum");
+inline constexpr ResourceText _rsSpectrumDescription = QX_RES("Spectrum: amplitude spectra of chosen channels");
+inline constexpr ResourceText _rsPropTimeSpan = QX_RES("Time span");
+inline constexpr ResourceText _rsPropKeptTime = QX_RES("Kept time");
+inline constexpr ResourceText _rsTriggerStateWaiting = QX_RES("Waiting for trigger");
+inline constexpr ResourceText _rsTriggerStateCapturing = QX_RES("Capturing");
+inline constexpr ResourceText _rsTriggerStateTriggered = QX_RES("Triggered");
+inline constexpr ResourceText _rsTriggerStateSingleShotDone = QX_RES("Single shot done");
+inline constexpr ResourceText _rsTriggerStateFreeRun = QX_RES("Free run");
+inline constexpr ResourceText _rsXAxisTime = QX_RES("Time [s]");
+inline constexpr ResourceText _rsXAxisFrequency = QX_RES("Frequency [Hz]");
+inline constexpr ResourceText _rsCannotPrint = QX_RES("Cannot print: the printer could not be started");
+
 // Saving a chart's data.
 inline constexpr ResourceText _rsSaveDataFile = QX_RES("Save data file");
 inline constexpr ResourceText _rsDCFFilter = QX_RES("KS file format (*.dcf)|*.dcf");

@@ -1,6 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QDialog>
+#include <QListWidget>
+#include <QPointer>
 #include <QPrinter>
+#include <QTimer>
 #include <QTemporaryDir>
 #include <algorithm>
 #include <cmath>
@@ -10,7 +15,9 @@
 #include "qxbase/chartpanels/recorder_panel.h"
 #include "qxbase/chartpanels/scope_panel.h"
 #include "qxbase/chartpanels/amplitude_spectrum_panel.h"
+#include "qxbase/control/event_link.h"
 #include "qxbase/framework/host_services.h"
+#include "qxbase/panels/channel_visibilities_dialog.h"
 #include "qxbase/panels/histo_ui.h"
 #include "qxbase/panels/panel_tab_page.h"
 #include "qxbase/panels/worksheet_file.h"
@@ -83,6 +90,13 @@ TEST(RecorderPanel, KeepsTheLastSecondsAndScrollsThroughThemWhileHeld)
 {
     TBench bench;
     auto& recorder = bench.Add<TKSRecorderPanel>("0 2");
+    // A span beyond the kept time raises it, and the bus hears of both.
+    TQXEventLink listener;
+    int updates = 0;
+    listener.OnValueUpdated = [&](TQXEventLink*, std::uint32_t) { ++updates; };
+    listener.SetEventSource(&recorder);
+    recorder.SetTimeSpan(100.0);
+    EXPECT_EQ(updates, 2);
     recorder.SetTimeSpan(1.0);
     recorder.SetKeptTime(2.0);
     ASSERT_EQ(recorder.GetChart().GetCurveCount(), 2);
@@ -177,6 +191,7 @@ TEST(SpectrumPanel, ShowsEachSineAtItsFrequencyOnEveryScale)
         EXPECT_NEAR(c.X0 + c.DX * static_cast<double>(peak), hz, 1000.0 / 1024) << curve;
     }
     EXPECT_DOUBLE_EQ(spectrum.GetChart().GetXAxis().Max, 500.0);
+    EXPECT_EQ(spectrum.GetBufferForSave().front().Kind, dkFrequency);
     ASSERT_TRUE(SetBus(spectrum, "YAxisScale", Variant("dB")));
     EXPECT_EQ(spectrum.GetChart().GetYAxis(1)->Scale, yasDB);
     EXPECT_LT(spectrum.GetChart().GetYAxis(1)->Min, 0.0);  // refitted to dB values
@@ -271,4 +286,65 @@ TEST(ChartPanel, SavedBufferLoadsBackUnchangedAndPrintsToPdf)
     ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
     EXPECT_TRUE(pdf.read(4) == "%PDF");
     EXPECT_GT(pdf.size(), 1000);
+}
+
+// The dialog's event loop may remove the panel (a closed worksheet, a handler's deleteLater).
+TEST(ChartPanel, RemovedWhileItsDialogIsOpen)
+{
+    for (void (TKSChartPanel::*show)() : {&TKSChartPanel::ShowAxisSetup, &TKSChartPanel::ShowChannelVisibilities}) {
+        TBench bench;
+        QPointer<TKSRecorderPanel> recorder = &bench.Add<TKSRecorderPanel>("0 1");
+        QTimer::singleShot(0, [&] {
+            recorder->deleteLater();
+            QTimer::singleShot(0, [] { qobject_cast<QDialog*>(QApplication::activeModalWidget())->accept(); });
+        });
+        (recorder->*show)();
+        EXPECT_TRUE(recorder.isNull());
+    }
+}
+
+// "Change X-Axis" holds the x axis until "Reset X-Axis", whatever moves the panel's own axis.
+TEST(ChartPanel, ChangedXAxisStaysOverNewSizesAndChannels)
+{
+    TBench bench;
+    auto& recorder = bench.Add<TKSRecorderPanel>("0");
+    auto& scope = bench.Add<TKSScopePanel>("0");
+    const auto panels = {static_cast<TKSChartPanel*>(&recorder), static_cast<TKSChartPanel*>(&scope)};
+    for (TKSChartPanel* panel : panels) {
+        panel->SetXAxisMin(0.25);
+        panel->SetXAxisMax(0.5);
+        panel->ChangeXAxis();
+    }
+    recorder.SetTimeSpan(3.0);
+    scope.SetTriggerBufferSize(300);
+    bench.Source->SetSampleRate(2000);  // the curves are rebuilt
+    bench.Steps(2);
+    for (const TKSChartPanel* panel : panels)
+        EXPECT_EQ(std::pair(panel->GetChart().GetXAxis().Min, panel->GetChart().GetXAxis().Max), std::pair(0.25, 0.5));
+}
+
+TEST(ChartPanel, CurvesHiddenInTheDialogStayHiddenWhenTheChannelsAreRebuilt)
+{
+    TBench bench;
+    auto& recorder = bench.Add<TKSRecorderPanel>("0 1 2");
+    QTimer::singleShot(0, [] {
+        auto* dialog = qobject_cast<TFChannelVisibilities*>(QApplication::activeModalWidget());
+        dialog->CLBVisibilities()->item(1)->setCheckState(Qt::Unchecked);
+        dialog->accept();
+    });
+    recorder.ShowChannelVisibilities();
+    bench.Source->SetSampleRate(2000);
+    EXPECT_EQ(recorder.GetHiddenCurves(), "1");
+}
+
+TEST(ChartPanel, DeletedByAListenerDuringABusWrite)
+{
+    TBench bench;
+    QPointer<TKSScopePanel> scope = &bench.Add<TKSScopePanel>("0");
+    TQXEventLink listener;
+    listener.OnValueUpdated = [&](TQXEventLink*, std::uint32_t) { delete scope.data(); };
+    listener.SetEventSource(scope);
+    // Below the pre-trigger of 100, which follows and is announced while the write runs.
+    EXPECT_TRUE(SetBus(*scope, "TriggerBufferSize", Variant(std::int32_t{50})));
+    EXPECT_TRUE(scope.isNull());
 }
