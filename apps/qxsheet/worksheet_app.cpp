@@ -7,6 +7,7 @@
 
 #include "apps/qxsheet/demo_panels.h"
 #include "qxbase/chartpanels/chart_panel.h"
+#include "qxbase/config/panel_property_page.h"
 #include "qxbase/framework/exception.h"
 #include "qxbase/panels/panel_base.h"
 #include "qxbase/panels/panel_tab_page.h"
@@ -46,6 +47,7 @@ std::unique_ptr<TWorksheetWindow> OpenWorksheetWindow(const QString& Path)
 {
     InitQxsheetResources();
     RegisterDemoPanels();
+    qx::InstallPanelPropertyPages();
     const QString path = Path.isEmpty() ? DefaultWorksheetPath() : Path;
     return std::make_unique<TWorksheetWindow>(qx::LoadWorksheetFile(path), path);
 }

@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QTreeWidget>
 #include <QVBoxLayout>
 
 #include "qxbase/config/check_tree_view.h"
@@ -47,6 +48,10 @@ TKSPanelPropertyPage::TKSPanelPropertyPage(TKSMSSink& Panel, QWidget* parent) : 
         FFormerBindings = client->WriteControlSourceClientEx();
         FSelector = new TCtrlClientPropSelector;
         FSelector->SetTheComponent(client);
+        // The first binding selected, so its values show at once.
+        QTreeWidget* selected = FSelector->GetSelectedPropTreeView();
+        if (selected->topLevelItemCount() > 0)
+            selected->setCurrentItem(selected->topLevelItem(0));
         FTabs->addTab(FSelector, QStringLiteral("Control source"));
     }
 
@@ -87,17 +92,20 @@ void TKSPanelPropertyPage::done(int Result)
 
 void TKSPanelPropertyPage::Restore()
 {
-    // The selector shows the bindings about to be replaced: it goes first.
-    delete FSelector.data();
     FValueList->Revert();
     TKSMSSink* panel = FPanel.data();
     if (panel == nullptr)
         return;
     if (auto* client = qobject_cast<TKSSourceControlClient*>(panel);
         client != nullptr && client->WriteControlSourceClientEx() != FFormerBindings) {
+        // The selector points into the bindings about to be replaced.
+        if (FSelector)
+            FSelector->SetTheComponent(nullptr);
         client->GetPropInputList().clear();
         client->ReadControlSourceClientEx(FFormerBindings);
         client->InstallControlSourceConnections();
+        if (FSelector)
+            FSelector->SetTheComponent(client);
     }
     if (FSourceChanged) {
         panel->SetMeasureSource(FFormerSource.data());
