@@ -84,7 +84,10 @@ void TKSChartPanel::AddMenuActions()
     menu->addSeparator();
     menu->addAction(res::_rsActionSaveBuffer.Text(), this, [this] { SaveBufferReporting(); });
     menu->addAction(res::_rsActionCaptureScale.Text(), this, [this] { CaptureScale(); });
-    menu->addAction(res::_rsActionResetDisplay.Text(), this, [this] { ResetDisplay(); });
+    menu->addAction(res::_rsActionResetDisplay.Text(), this, [this] {
+        if (ConfirmResetDisplay())
+            ResetDisplay();
+    });
 }
 
 TQXMeasureSourceEx* TKSChartPanel::GetMeasureSource() const

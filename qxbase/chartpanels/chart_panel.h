@@ -154,6 +154,9 @@ public:
     void PrintTo(QPrinter& Printer) const;
     // Clears what the panel shows and keeps.
     virtual void ResetDisplay();
+    // Asked before the menu's "Reset display" clears (the bus command does not ask); true, the
+    // base asks nothing.
+    virtual bool ConfirmResetDisplay() { return true; }
     // Applies the stored x limits ("Change X-Axis") or goes back to the panel's own x axis
     // ("Reset X-Axis").
     void ChangeXAxis();
