@@ -1,7 +1,7 @@
 #include "qxbase/config/ad_extended_property_page.h"
 
 #include <QGridLayout>
-#include <QGroupBox>
+#include <QFrame>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -44,7 +44,11 @@ TADExtendedPropertyPage::TADExtendedPropertyPage(QWidget* parent)
     outer->addWidget(FBackground);
 
     QWidget* client = FBackground->GetClientArea();
-    FGroupBox = new QGroupBox(client);
+    // An etched frame, as a group box without a title looks: Qt's group box frame is a scaled
+    // pixmap, which Qt paints on its thread pool.
+    FGroupBox = new QFrame(client);
+    FGroupBox->setObjectName(QStringLiteral("GroupBox"));
+    FGroupBox->setFrameStyle(QFrame::Box | QFrame::Sunken);
     auto* grid = new QGridLayout(FGroupBox);
     grid->setHorizontalSpacing(8);
     grid->setColumnMinimumWidth(2, 12);

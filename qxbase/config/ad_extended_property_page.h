@@ -5,7 +5,7 @@
 #include "qxbase/framework/export.h"
 #include "qxbase/sources/ad_conversion.h"
 
-class QGroupBox;
+class QFrame;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -65,7 +65,7 @@ public:
     QLineEdit* EMultiscancount() const { return FEMultiscancount; }
     // The label in front of one of the twelve controls; null for any other widget.
     QLabel* LabelOf(const QWidget* Control) const;
-    QGroupBox* GetGroupBox() const { return FGroupBox; }
+    QFrame* GetGroupBox() const { return FGroupBox; }
     QPushButton* OkButton() const { return FOkButton; }
     QPushButton* CancelButton() const { return FCancelButton; }
     THVKDialogBackground* GetBackground() const { return FBackground; }
@@ -78,7 +78,7 @@ protected:
 
 private:
     THVKDialogBackground* FBackground = nullptr;
-    QGroupBox* FGroupBox = nullptr;
+    QFrame* FGroupBox = nullptr;
     THVKSmartEdit* FExternalClockDivEdit = nullptr;
     TComboBox* FResolutionComboBox = nullptr;
     TComboBox* FEncodingComboBox = nullptr;

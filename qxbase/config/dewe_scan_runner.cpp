@@ -10,7 +10,7 @@ TDeweScanRunner::TDeweScanRunner(QObject* parent) : QObject(parent) {}
 TDeweScanRunner::~TDeweScanRunner()
 {
     FStop = true;
-    // Reports the worker posted before it ended die with this object.
+    // Wake-ups the worker posted before it ended die with this object.
     JoinWorker();
 }
 
@@ -30,10 +30,10 @@ bool TDeweScanRunner::Start(std::int32_t portNumber)
     FWorker.reset(QThread::create([this, portNumber] {
         TDeweScanResult result = ScanDeweModules(portNumber, [this](bool pad, std::int32_t address) {
             if (FStop) return false;
-            QMetaObject::invokeMethod(this, [this, pad, address] { emit progress(pad, address); }, Qt::QueuedConnection);
+            Report(TStep{pad, address}, std::nullopt);
             return true;
         });
-        QMetaObject::invokeMethod(this, [this, result = std::move(result)] { Finish(result); }, Qt::QueuedConnection);
+        Report(std::nullopt, std::move(result));
     }));
     FWorker->start();
     return true;
@@ -44,12 +44,32 @@ void TDeweScanRunner::Stop()
     FStop = true;
 }
 
-void TDeweScanRunner::Finish(const TDeweScanResult& result)
+void TDeweScanRunner::Report(std::optional<TStep> Step, std::optional<TDeweScanResult> Result)
 {
-    // The worker's last act was to post this call: it has ended or is about to.
+    {
+        const std::scoped_lock lock(FReportsLock);
+        if (Step) FSteps.push_back(*Step);
+        if (Result) FResult = std::move(Result);
+    }
+    // Posted by name, so the event carries nothing of ours: the reports cross under the lock.
+    QMetaObject::invokeMethod(this, "DeliverReports", Qt::QueuedConnection);
+}
+
+void TDeweScanRunner::DeliverReports()
+{
+    std::vector<TStep> steps;
+    std::optional<TDeweScanResult> result;
+    {
+        const std::scoped_lock lock(FReportsLock);
+        steps.swap(FSteps);
+        result.swap(FResult);
+    }
+    for (const TStep& step : steps) emit progress(step.Pad, step.Address);
+    if (!result) return;
+    // The result is the worker's last report: it has ended or is about to.
     JoinWorker();
     FRunning = false;
-    emit finished(result);
+    emit finished(*result);
 }
 
 }  // namespace qx

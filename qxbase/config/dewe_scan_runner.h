@@ -4,6 +4,9 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <mutex>
+#include <optional>
+#include <vector>
 
 #include "qxbase/config/dewe_scan.h"
 #include "qxbase/framework/export.h"
@@ -13,10 +16,10 @@ class QThread;
 namespace qx {
 
 // Runs ScanDeweModules on a worker thread, since the serial driver blocks its caller for
-// seconds, and reports back through queued calls on the thread the runner lives in (which needs
-// an event loop): progress before each address, finished once with the result. The worker owns
-// nothing the runner's thread touches; the result travels by value. The worker is a QThread, as
-// the serial port's socket notifiers need one.
+// seconds, and reports on the thread the runner lives in (which needs an event loop): progress
+// before each address, finished once with the result. The worker hands its reports over under
+// a mutex and wakes the runner with a queued call; the result travels by value. The worker is a
+// QThread, as the serial port's socket notifiers need one.
 class QXBASE_EXPORT TDeweScanRunner : public QObject {
     Q_OBJECT
 
@@ -39,13 +42,23 @@ signals:
     void finished(const qx::TDeweScanResult& result);
 
 private:
-    void Finish(const TDeweScanResult& result);
+    struct TStep {
+        bool Pad;
+        int Address;
+    };
 
+    // Called on the worker.
+    void Report(std::optional<TStep> Step, std::optional<TDeweScanResult> Result);
+    // Called through the queued wake-up: emits what the worker reported since the last call.
+    Q_INVOKABLE void DeliverReports();
     void JoinWorker();
 
     std::unique_ptr<QThread> FWorker;
     std::atomic<bool> FStop{false};
     bool FRunning = false;
+    std::mutex FReportsLock;  // guards FSteps and FResult
+    std::vector<TStep> FSteps;
+    std::optional<TDeweScanResult> FResult;
 };
 
 }  // namespace qx
