@@ -106,11 +106,12 @@ int RunSnapshot(const QString& Path, const QString& Png, QTextStream& out, QText
     return 0;
 }
 
-int RunWorksheetWindow(const QString& Path, QTextStream& err)
+int RunWorksheetWindow(const QString& Path, QTextStream& err, int Port)
 {
     const std::unique_ptr<TWorksheetWindow> window = OpenWorksheetWindowOrReport(Path, err);
     if (!window)
         return 1;
+    window->SetModuleSearchPort(Port);
     // Without a window manager's choice the main window would open at its minimum size.
     window->resize(KSnapshotSize);
     window->show();
