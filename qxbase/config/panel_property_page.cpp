@@ -8,12 +8,14 @@
 
 #include "qxbase/config/check_tree_view.h"
 #include "qxbase/config/property_page_handler.h"
+#include "qxbase/config/simulated_ad_settings.h"
 #include "qxbase/panels/ctrl_client_prop_selector.h"
 #include "qxbase/panels/property_page_opener.h"
 #include "qxbase/panels/property_value_list.h"
 #include "qxbase/panels/source_control_client.h"
 #include "qxbase/resources/common_texts.h"
 #include "qxbase/sources/measure_source.h"
+#include "qxbase/sources/simulated_source.h"
 
 namespace qx {
 
@@ -55,6 +57,16 @@ TKSPanelPropertyPage::TKSPanelPropertyPage(TKSMSSink& Panel, QWidget* parent) : 
         FTabs->addTab(FSelector, QStringLiteral("Control source"));
     }
 
+    if (auto* simulated = qobject_cast<TKSSimulatedSource*>(&Panel)) {
+        FFormerAD = simulated->GetADExtendedSettings();
+        FADButton = new QPushButton(QStringLiteral("A/D extended..."), this);
+        connect(FADButton, &QPushButton::clicked, this, [this] {
+            if (auto* source = qobject_cast<TKSSimulatedSource*>(FPanel.data()))
+                EditADExtendedSettings(*source, this);
+            FValueList->RefreshValues();
+        });
+    }
+
     FOKButton = new QPushButton(QStringLiteral("OK"), this);
     FOKButton->setDefault(true);
     FCancelButton = new QPushButton(QStringLiteral("Cancel"), this);
@@ -62,6 +74,8 @@ TKSPanelPropertyPage::TKSPanelPropertyPage(TKSMSSink& Panel, QWidget* parent) : 
     connect(FOKButton, &QPushButton::clicked, this, &QDialog::accept);
     connect(FCancelButton, &QPushButton::clicked, this, &QDialog::reject);
     auto* buttons = new QHBoxLayout;
+    if (FADButton != nullptr)
+        buttons->addWidget(FADButton);
     buttons->addStretch();
     buttons->addWidget(FOKButton);
     buttons->addWidget(FCancelButton);
@@ -107,6 +121,9 @@ void TKSPanelPropertyPage::Restore()
         if (FSelector)
             FSelector->SetTheComponent(client);
     }
+    if (auto* simulated = qobject_cast<TKSSimulatedSource*>(panel);
+        simulated != nullptr && !(simulated->GetADExtendedSettings() == FFormerAD))
+        simulated->ApplyADExtendedSettings(FFormerAD, ADExtendedSettingsAll);
     if (FSourceChanged) {
         panel->SetMeasureSource(FFormerSource.data());
         panel->ChannelClear();

@@ -113,8 +113,20 @@ TEST(PanelPropertyPage, OkKeepsEditsAndCancelRestoresBindings)
     }
     EXPECT_TRUE(sheet.Recorder->GetShowCursor());
 
+    {
+        // The converter settings changed behind "A/D extended..." go back with Cancel too.
+        TKSPanelPropertyPage page(*sheet.Source);
+        ASSERT_NE(page.GetADButton(), nullptr);
+        TQXADExtendedSettings coarse = sheet.Source->GetADExtendedSettings();
+        coarse.Resolution = 4;
+        sheet.Source->ApplyADExtendedSettings(coarse, ADExtendedSettingsAll);
+        page.reject();
+    }
+    EXPECT_NE(sheet.Source->GetADExtendedSettings().Resolution, 4);
+
     TKSPanelPropertyPage page(*sheet.Client);
     ASSERT_NE(page.GetSelector(), nullptr);
+    EXPECT_EQ(page.GetADButton(), nullptr);
     EXPECT_EQ(page.GetPicker(), nullptr);  // a client reads no data source
     sheet.Client->GetPropInputList().clear();
     page.reject();
