@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QTabWidget>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -28,7 +29,12 @@ TKSPanelPropertyPage::TKSPanelPropertyPage(TKSMSSink& Panel, QWidget* parent) : 
 
     FValueList = new TKSPropertyValueList;
     FValueList->SetSource(&Panel);
-    FTabs->addTab(FValueList, QStringLiteral("Properties"));
+    // A chart panel publishes more properties than a screen is high.
+    auto* scroll = new QScrollArea;
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidget(FValueList);
+    FTabs->addTab(scroll, QStringLiteral("Properties"));
 
     if (HasDataSourceTab(Panel)) {
         FFormerSource = Panel.GetMeasureSource();
