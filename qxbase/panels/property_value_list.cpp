@@ -35,7 +35,10 @@ struct TKSPropertyValueList::Private {
 
     TQXControlSourceRef Source;
     std::vector<Row> Rows;
-    // Former values, in the order of their first write.
+    // The properties written, in the order of their first write.
+    std::vector<TQXPropertyHandle> Written;
+    // Every shown value as it was before the first write: one write may change others (a
+    // scope's pre-trigger follows its buffer size).
     std::vector<std::pair<TQXPropertyHandle, Variant>> Former;
     QGridLayout* Grid = nullptr;
     bool Showing = false;
@@ -64,6 +67,7 @@ bool TKSPropertyValueList::IsShownProperty(const TQXPropertyItem& Item)
 void TKSPropertyValueList::SetSource(TQXControlSource* Source)
 {
     d->Source = Source;
+    d->Written.clear();
     d->Former.clear();
     BuildRows();
 }
@@ -207,14 +211,20 @@ bool TKSPropertyValueList::WriteValue(TQXPropertyHandle Handle, const Variant& V
     TQXControlSource* source = d->Source.Get();
     if (source == nullptr || source->GetPropertyItem(Handle) == nullptr)
         return false;
-    const bool known = std::any_of(d->Former.begin(), d->Former.end(), [&](const auto& f) { return f.first == Handle; });
+    if (d->Written.empty())
+        for (const Private::Row& row : d->Rows) {
+            Variant former;
+            try {
+                source->GetPropertyValue(row.Handle, former);
+            } catch (const Exception&) {
+                continue;
+            }
+            d->Former.emplace_back(row.Handle, former);
+        }
     bool written = false;
     try {
-        if (!known) {
-            Variant former;
-            source->GetPropertyValue(Handle, former);
-            d->Former.emplace_back(Handle, former);
-        }
+        if (std::find(d->Written.begin(), d->Written.end(), Handle) == d->Written.end())
+            d->Written.push_back(Handle);
         written = source->SetPropertyValue(nullptr, Handle, Value);
     } catch (const Exception& e) {
         HostServices().MessageBox(window(), e.Message(), QStringLiteral("Error"), 1);
@@ -227,22 +237,46 @@ bool TKSPropertyValueList::WriteValue(TQXPropertyHandle Handle, const Variant& V
 
 int TKSPropertyValueList::GetChangedCount() const
 {
-    return static_cast<int>(d->Former.size());
+    return static_cast<int>(d->Written.size());
 }
 
 void TKSPropertyValueList::Revert()
 {
+    std::vector<TQXPropertyHandle> written;
     std::vector<std::pair<TQXPropertyHandle, Variant>> former;
+    written.swap(d->Written);
     former.swap(d->Former);
-    for (auto f = former.rbegin(); f != former.rend(); ++f) {
+    const auto formerOf = [&](TQXPropertyHandle Handle) -> const Variant* {
+        const auto f = std::find_if(former.begin(), former.end(), [&](const auto& p) { return p.first == Handle; });
+        return f == former.end() ? nullptr : &f->second;
+    };
+    const auto writeBack = [&](TQXPropertyHandle Handle, const Variant& Value) {
         TQXControlSource* source = d->Source.Get();
         if (source == nullptr)
-            return;
+            return false;
         try {
-            source->SetPropertyValue(nullptr, f->first, f->second);
+            source->SetPropertyValue(nullptr, Handle, Value);
         } catch (const Exception&) {
             // A value the source gave cannot be refused by it; if it is, the others still go back.
         }
+        return true;
+    };
+    // The written ones latest first, then whatever they changed on the side and still differs.
+    for (auto w = written.rbegin(); w != written.rend(); ++w)
+        if (const Variant* value = formerOf(*w); value != nullptr && !writeBack(*w, *value))
+            return;
+    for (const auto& [handle, value] : former) {
+        TQXControlSource* source = d->Source.Get();
+        if (source == nullptr)
+            return;
+        Variant now;
+        try {
+            source->GetPropertyValue(handle, now);
+        } catch (const Exception&) {
+            continue;
+        }
+        if (!(now == value))
+            writeBack(handle, value);
     }
     RefreshValues();
 }

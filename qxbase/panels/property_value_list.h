@@ -15,8 +15,9 @@ namespace qx {
 // editor that suits it, as on the binding page (ValueEditorKindOf): a combo box for an
 // enumeration, a colour panel for a colour, a smart edit for numbers and text. A change is
 // written at once with SetPropertyValue, so bindings and events follow; every editor then shows
-// the values again, since one write may change others. Revert writes back, latest first, the
-// values the list found before its first write of each property.
+// the values again, since one write may change others. Revert writes back what every shown
+// property held before the list's first write: the written ones latest first, then any other
+// still changed as a side effect.
 //
 // Left out: "ShowPropertypage" (it would open the page again) and commands (enumerations of
 // exactly "True" and "Unknown"), which are actions rather than values and could not be reverted.
@@ -37,15 +38,15 @@ public:
     std::vector<TQXPropertyHandle> GetShownHandles() const;
     // The editor of a shown property; nullptr for another handle.
     QWidget* GetEditor(TQXPropertyHandle Handle) const;
-    // Writes `Value` as the user's edit would: the first write of a property keeps its former
-    // value for Revert. False when the source is gone, the property unknown or the write fails
+    // Writes `Value` as the user's edit would: the first write keeps every shown value for
+    // Revert. False when the source is gone, the property unknown or the write fails
     // (an exception of the source's callback is shown as a message, not raised).
     bool WriteValue(TQXPropertyHandle Handle, const Variant& Value);
     // Shows the current values in every editor.
     void RefreshValues();
     // Properties written since SetSource.
     int GetChangedCount() const;
-    // Writes the kept former values back, latest first, and forgets them.
+    // Writes the kept former values back (see above) and forgets them.
     void Revert();
 
     // Whether a property is listed: not "ShowPropertypage", not a command.

@@ -5,6 +5,7 @@
 #include <QTimer>
 
 #include "qxbase/chartpanels/recorder_panel.h"
+#include "qxbase/chartpanels/scope_panel.h"
 #include "qxbase/config/check_tree_view.h"
 #include "qxbase/config/panel_property_page.h"
 #include "qxbase/config/property_page_handler.h"
@@ -101,6 +102,25 @@ TEST(PanelPropertyPage, EditsActAtOnceAndCancelRestoresThem)
     EXPECT_EQ(sheet.Recorder->GetMeasureSource(), sheet.Source);
     EXPECT_EQ(sheet.Recorder->GetChannels(), "0 2");
     EXPECT_EQ(sheet.Recorder->GetChart().GetCurveCount(), 2);
+}
+
+// A smaller buffer pulls the pre-trigger down with it; Cancel puts both back.
+TEST(PanelPropertyPage, CancelRestoresWhatAnEditChangedOnTheSide)
+{
+    TSheet sheet;
+    auto* scope = new TKSScopePanel(&sheet.Page);
+    const std::int32_t pre = scope->GetPreTrigger();
+    const std::int32_t size = scope->GetTriggerBufferSize();
+    TKSPanelPropertyPage page(*scope);
+    TQXPropertyHandle sizeHandle = 0;
+    TQXPropertyHandle preHandle = 0;
+    scope->GetPropertyHandle("TriggerBufferSize", sizeHandle);
+    scope->GetPropertyHandle("PreTrigger", preHandle);
+    ASSERT_TRUE(page.GetValueList()->WriteValue(sizeHandle, Variant(std::int32_t{3})));
+    ASSERT_TRUE(page.GetValueList()->WriteValue(preHandle, Variant(std::int32_t{1})));
+    page.reject();
+    EXPECT_EQ(scope->GetPreTrigger(), pre);
+    EXPECT_EQ(scope->GetTriggerBufferSize(), size);
 }
 
 TEST(PanelPropertyPage, OkKeepsEditsAndCancelRestoresBindings)
