@@ -35,10 +35,29 @@ int ChannelLimit(std::uint8_t ChannelMode, int SourceChannels)
 
 }  // namespace
 
-TKSPropertyPageHandler::TKSPropertyPageHandler(QObject* parent) : QObject(parent) {}
+TKSPropertyPageHandler::TKSPropertyPageHandler(QObject* parent) : QObject(parent)
+{
+    FWatch.OnUpdateSettings = [this](TQXMeasureLinkEx*) {
+        if (FWatching)
+            FillTreeViewChannels();
+    };
+}
+
+void TKSPropertyPageHandler::Watch()
+{
+    if (FWatch.GetSource() == FMeasureSource.data())
+        return;
+    // Attaching reports the source's settings at once: the fill under way covers that.
+    FWatching = false;
+    FWatch.SetQXMeasureSourceEx(FMeasureSource.data());
+    FWatching = true;
+}
 
 TKSPropertyPageHandler::~TKSPropertyPageHandler()
 {
+    // Detaching may report settings; nothing of the handler may hear it now.
+    FWatch.OnUpdateSettings = nullptr;
+    FWatch.SetQXMeasureSourceEx(nullptr);
     if (FSourceCombo != nullptr && FSourceCombo->parent() == nullptr)
         delete FSourceCombo.data();
 }
@@ -93,6 +112,7 @@ void TKSPropertyPageHandler::SetMeasureSource(TQXMeasureSourceEx* Source)
 
 void TKSPropertyPageHandler::FillTreeViewChannels()
 {
+    Watch();
     if (FTreeView == nullptr)
         return;
     FTreeView->Clear();

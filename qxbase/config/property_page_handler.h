@@ -9,6 +9,7 @@
 #include "qxbase/config/check_tree_view.h"
 #include "qxbase/framework/export.h"
 #include "qxbase/panels/panel_base.h"
+#include "qxbase/sources/measure_link.h"
 #include "qxbase/sources/measure_source.h"
 
 namespace qx {
@@ -81,11 +82,16 @@ protected:
 private:
     void AddSource(TQXMeasureSourceEx* Source);
     void PlaceControls();
+    void Watch();
 
     bool FCreated = false;
     bool FTooMany = false;
     QPointer<TKSMSSink> FPanel;
     QPointer<TQXMeasureSourceEx> FMeasureSource;
+    // Attached to the current source only to hear of changes of its channel list, which refill
+    // the tree (a stale tree would offer channels the source no longer has).
+    TQXMeasureLinkEx FWatch{this};
+    bool FWatching = true;
     QPointer<THVKTansparentTreeView> FTreeView;
     QPointer<QWidget> FPage;
     QPointer<QComboBox> FSourceCombo;

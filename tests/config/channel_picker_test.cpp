@@ -160,6 +160,10 @@ TEST_F(ChannelPicker, ChoosingASourceConnectsThePanelAndRefillsTheTree)
     EXPECT_EQ(Tree.topLevelItemCount(), 3);
     EXPECT_EQ(Tree.GetMaxChecked(), 3);
 
+    // The source's channel list changes while the page is open: the tree follows.
+    SimB->SetNrOfCGLChannels(2);
+    EXPECT_EQ(Tree.topLevelItemCount(), 2);
+
     Handler.SetMeasureSource(Empty);
     EXPECT_EQ(Tree.topLevelItemCount(), 0);
     EXPECT_EQ(recorder->GetMeasureSource(), SimB);
