@@ -104,7 +104,8 @@ static void BM_SendDataDeliveryOnly(benchmark::State& state)
 BENCHMARK(BM_SendDataDeliveryOnly)->Arg(1)->Arg(8)->Arg(64);
 
 // One cycle of the simulated source at 8 channels x 64K samples to one link: the waveforms,
-// the time blocks and the allocation. Arg 0: every channel a sine; arg 1: one of each shape.
+// the time blocks and the allocation. Arg 0: every channel a sine; arg 1: one of each shape;
+// arg 2: sines through the A/D cut-off filter and a 16-bit quantizer.
 static void BM_SimulatedStep(benchmark::State& state)
 {
     App();
@@ -116,6 +117,8 @@ static void BM_SimulatedStep(benchmark::State& state)
         source.SetWaveformLines({"sine 1 50 0 0", "square 1 50 0 0", "triangle 1 50 0 0", "sawtooth 1 50 0 0",
                                  "noise 1 0 0 0", "counter 1 1000 0 0", "sine 2 3 1 45", "noise 0.1 0 5 0"});
     }
+    if (state.range(0) == 2)
+        source.ApplyADExtendedSettings({.Resolution = 16, .CutOffFrequency = 1000}, {adsResolution, adsCutOffFilter});
     TQXMeasureLinkEx link;
     double seen = 0;
     link.OnNewData = [&seen](TQXMeasureLinkEx*, const TRVShortdefs&, const TRVDataDoubleArray& Data,
@@ -125,4 +128,4 @@ static void BM_SimulatedStep(benchmark::State& state)
     benchmark::DoNotOptimize(seen);
     state.SetItemsProcessed(state.iterations() * Channels * 64 * 1024);
 }
-BENCHMARK(BM_SimulatedStep)->Arg(0)->Arg(1);
+BENCHMARK(BM_SimulatedStep)->Arg(0)->Arg(1)->Arg(2);

@@ -13,13 +13,24 @@ TCommand Error(const QString& text)
     return command;
 }
 
+bool ParsePort(const QString& text, int& port, QString& error)
+{
+    std::int32_t value = 0;
+    if (!qx::TryStrToInt(text, value) || value < 1 || value > 255) {
+        error = QStringLiteral("port must be a number from 1 to 255, not \"%1\"").arg(text);
+        return false;
+    }
+    port = value;
+    return true;
+}
+
 TCommand ParseScan(const QStringList& arguments)
 {
     if (arguments.size() != 3 || arguments[1] != "--port")
         return Error(QStringLiteral("scan needs --port N"));
-    std::int32_t port = 0;
-    if (!qx::TryStrToInt(arguments[2], port) || port < 1 || port > 255)
-        return Error(QStringLiteral("port must be a number from 1 to 255, not \"%1\"").arg(arguments[2]));
+    int port = 0;
+    QString error;
+    if (!ParsePort(arguments[2], port, error)) return Error(error);
     TCommand command;
     command.Kind = TCommand::cmdScan;
     command.Port = port;
@@ -76,6 +87,11 @@ TCommand ParseWorksheet(const QStringList& arguments)
             if (i + 1 == arguments.size() || arguments[i + 1].isEmpty())
                 return Error(QStringLiteral("--page needs the caption of a page"));
             command.Page = arguments[++i];
+        } else if (argument == "--port") {
+            QString error;
+            if (i + 1 == arguments.size() || !ParsePort(arguments[i + 1], command.Port, error))
+                return Error(error.isEmpty() ? QStringLiteral("--port needs a number from 1 to 255") : error);
+            ++i;
         } else if (argument.startsWith('-')) {
             return Error(QStringLiteral("unknown option \"%1\"").arg(argument));
         } else if (!command.File.isEmpty()) {
@@ -112,7 +128,9 @@ TCommand ParseCommandLine(const QStringList& arguments)
 QString UsageText()
 {
     return QStringLiteral(
-        "usage: qxsheet [FILE]        open a worksheet (the bundled demo worksheet when no FILE)\n"
+        "usage: qxsheet [FILE] [--port N]\n"
+        "                             open a worksheet (the bundled demo worksheet when no FILE);\n"
+        "                             its module search uses COM N, else a simulated bus\n"
         "       qxsheet [FILE] --snapshot PNG [--page CAPTION]\n"
         "                             render the worksheet in design mode to PNG, headless\n"
         "       qxsheet tour          the console tour: the property-and-event bus, the channel\n"

@@ -8,7 +8,7 @@ namespace qxsheet {
 // What the demo host was asked to do.
 struct TCommand {
     enum TKind { cmdWorksheet, cmdTour, cmdBindings, cmdDatapath, cmdScan, cmdHelp, cmdError } Kind = cmdWorksheet;
-    int Port = 0;       // cmdScan: the COM port number
+    int Port = 0;       // cmdScan, cmdWorksheet: the COM port number; 0 for none
     int Cycles = 5;     // cmdDatapath: acquisition cycles to step
     QString File;       // cmdWorksheet, cmdBindings, cmdDatapath: the worksheet; empty for the bundled one
     QString Snapshot;   // cmdWorksheet: the PNG to render to instead of opening a window
@@ -17,7 +17,7 @@ struct TCommand {
 };
 
 // Reads the arguments after the program name: none opens the bundled worksheet; a file name
-// opens that worksheet; "--snapshot PNG" renders it headless instead ("--page CAPTION" that page); "tour" runs the console
+// opens that worksheet ("--port N" gives its module search a COM port); "--snapshot PNG" renders it headless instead ("--page CAPTION" that page); "tour" runs the console
 // tour; "bindings [FILE]" runs the binding walk-through on the worksheet;
 // "datapath [FILE] [--cycles N]" (N from 1 to 1000) steps its simulated source by hand; "scan --port N" (N from 1 to 255) searches the module bus on COM N; "--help" or "-h"
 // prints the usage.

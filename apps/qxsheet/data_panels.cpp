@@ -34,6 +34,13 @@ bool TDataPanel::Attach()
     return source != nullptr && FLink->GetSource() == source;
 }
 
+void TDataPanel::SetMeasureSource(qx::TQXMeasureSourceEx* Value)
+{
+    FSourceName = Value != nullptr ? Value->objectName() : QString();
+    FLink->SetQXMeasureSourceEx(Value);
+    SettingsChanged();
+}
+
 void TDataPanel::LoadFinished()
 {
     TDemoPanel::LoadFinished();
@@ -93,6 +100,14 @@ QString TDemoMeterPanel::GetMethodText() const
     qx::Variant list;
     GetSingleLink().GetCompressionList(list);
     return list.ArrayElement(GetCompressionMethod()).ToString();
+}
+
+void TDemoMeterPanel::ChannelListChanged()
+{
+    const int channel = GetChannelArray(0);
+    const qx::TQXMSExChannelInformation* info = GetLink().GetChannelList(channel);
+    FChannelName = info != nullptr ? info->Name : QString();
+    SetChannel(channel);
 }
 
 void TDemoMeterPanel::FollowChannel()

@@ -31,6 +31,9 @@ public:
     int GetReceived() const { return FReceived; }
 
     void LoadFinished() override;
+    // The picker's choice: the source's name is stored and the link attached.
+    qx::TQXMeasureSourceEx* GetMeasureSource() const override { return FLink->GetSource(); }
+    void SetMeasureSource(qx::TQXMeasureSourceEx* Value) override;
 
 protected:
     TDataPanel(std::unique_ptr<qx::TQXMeasureLinkEx> Link, QWidget* parent);
@@ -64,6 +67,8 @@ public:
     int GetCompressionMethod() const { return GetSingleLink().GetCompressionMethod(); }
     // A method outside the enumeration is ignored.
     void SetCompressionMethod(int Value);
+    // The picker chose a channel: the meter follows it by name from now on.
+    void ChannelListChanged() override;
     // The method's own text ("RMS", ...).
     QString GetMethodText() const;
 

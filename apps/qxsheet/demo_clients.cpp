@@ -3,6 +3,7 @@
 #include <QFont>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <algorithm>
 
 #include "apps/qxsheet/demo_panels.h"
@@ -58,11 +59,6 @@ bool TDemoClientPanel::CanClientAdd(qx::TKSControlSourcePropListItem* Item, qx::
                                     const QString& Name)
 {
     return CanClientHandle(Item, Handle, Name);
-}
-
-void TDemoClientPanel::ShowPropertyPage()
-{
-    CallSetup();
 }
 
 void TDemoClientPanel::SetPanelEnable(bool Value)
@@ -136,6 +132,15 @@ void TDemoSwitchPanel::CallSetup()
 {
     TDemoClientPanel::CallSetup();
     FollowFirstBinding();
+}
+
+void TDemoSwitchPanel::ShowPropertyPage()
+{
+    // The page is modal: what runs meanwhile may delete the switch.
+    const QPointer<TDemoSwitchPanel> self(this);
+    TDemoClientPanel::ShowPropertyPage();
+    if (self)
+        FollowFirstBinding();
 }
 
 void TDemoSwitchPanel::DoOnEventlinkValueUpdated(qx::TQXEventLink* Sender, std::uint32_t Handle)

@@ -27,8 +27,6 @@ public:
                          const QString& Name) override;
     bool CanClientAdd(qx::TKSControlSourcePropListItem* Item, qx::TQXPropertyHandle Handle,
                       const QString& Name) override;
-    // The binding property page.
-    void ShowPropertyPage() override;
     // Repaints, for the veil.
     void SetPanelEnable(bool Value) override;
     // The caption is the panel's description on the bus too.
@@ -61,6 +59,7 @@ public:
     void LoadFinished() override;
     // The page may have put another binding first.
     void CallSetup() override;
+    void ShowPropertyPage() override;
 
 protected:
     void Paint(QPainter& Canvas) override;

@@ -32,7 +32,7 @@ int RunWorksheet(int argc, char** argv, const qxsheet::TCommand& command, QTextS
         return qxsheet::RunDatapathDemo(command.File, command.Cycles, out, err);
     if (!command.Snapshot.isEmpty())
         return qxsheet::RunSnapshot(command.File, command.Snapshot, out, err, command.Page);
-    return qxsheet::RunWorksheetWindow(command.File, err);
+    return qxsheet::RunWorksheetWindow(command.File, err, command.Port);
 }
 
 }  // namespace

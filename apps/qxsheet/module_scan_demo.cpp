@@ -3,7 +3,6 @@
 #include <QByteArray>
 #include <QString>
 
-#include "qxbase/config/dewe_bus_simulator.h"
 #include "qxbase/framework/exception.h"
 #include "qxbase/framework/number_text.h"
 #include "qxbase/framework/serial_line.h"
@@ -11,10 +10,27 @@
 namespace qxsheet {
 namespace {
 
-// The COM number the demo maps onto the simulated bus; high enough to be free on any machine.
-constexpr int kSimulatedPort = 64;
+QByteArray PortVariable()
+{
+    return "QX_COM" + QByteArray::number(TSimulatedBusPort::Port);
+}
 
 }  // namespace
+
+TSimulatedBusPort::TSimulatedBusPort()
+    : FPrevious(qgetenv(PortVariable().constData())), FHadPrevious(qEnvironmentVariableIsSet(PortVariable().constData()))
+{
+    FBus.PopulateDemoBus();
+    qputenv(PortVariable().constData(), FBus.GetDevicePath().toLocal8Bit());
+}
+
+TSimulatedBusPort::~TSimulatedBusPort()
+{
+    if (FHadPrevious)
+        qputenv(PortVariable().constData(), FPrevious);
+    else
+        qunsetenv(PortVariable().constData());
+}
 
 void PrintScanResult(QTextStream& out, int portNumber, const qx::TDeweScanResult& result)
 {
@@ -24,6 +40,8 @@ void PrintScanResult(QTextStream& out, int portNumber, const qx::TDeweScanResult
         return;
     }
     out << "COM" << portNumber << ": " << result.Modules.size() << " module(s) found" << Qt::endl;
+    if (result.Stopped)
+        out << "the search was stopped before its end" << Qt::endl;
     for (const qx::TDeweModuleSummary& m : result.Modules) {
         out << "  address " << QString::number(m.Address).rightJustified(2) << "  "
             << (m.IsPAD ? "PAD " : "DAQP") << "  " << m.ModuleTypeText.leftJustified(11)
@@ -51,18 +69,9 @@ void ShowSimulatedBusScan(QTextStream& out)
 {
     out << Qt::endl << "== Amplifier modules on a simulated bus ==" << Qt::endl;
     try {
-        qx::TDeweBusSimulator bus;
-        bus.PopulateDemoBus();
-        const QByteArray variable = "QX_COM" + QByteArray::number(kSimulatedPort);
-        const QByteArray previous = qgetenv(variable.constData());
-        const bool hadPrevious = qEnvironmentVariableIsSet(variable.constData());
-        qputenv(variable.constData(), bus.GetDevicePath().toLocal8Bit());
-        out << "simulated bus on " << bus.GetDevicePath() << " as COM" << kSimulatedPort << Qt::endl;
-        RunModuleScan(out, kSimulatedPort);
-        if (hadPrevious)
-            qputenv(variable.constData(), previous);
-        else
-            qunsetenv(variable.constData());
+        const TSimulatedBusPort bus;
+        out << "simulated bus on " << bus.GetDevicePath() << " as COM" << TSimulatedBusPort::Port << Qt::endl;
+        RunModuleScan(out, TSimulatedBusPort::Port);
     } catch (const qx::Exception& e) {
         out << "no simulated bus: " << e.Message() << Qt::endl;
     }

@@ -7,6 +7,7 @@
 
 #include "apps/qxsheet/demo_panels.h"
 #include "qxbase/chartpanels/chart_panel.h"
+#include "qxbase/config/panel_property_page.h"
 #include "qxbase/framework/exception.h"
 #include "qxbase/panels/panel_base.h"
 #include "qxbase/panels/panel_tab_page.h"
@@ -46,6 +47,7 @@ std::unique_ptr<TWorksheetWindow> OpenWorksheetWindow(const QString& Path)
 {
     InitQxsheetResources();
     RegisterDemoPanels();
+    qx::InstallPanelPropertyPages();
     const QString path = Path.isEmpty() ? DefaultWorksheetPath() : Path;
     return std::make_unique<TWorksheetWindow>(qx::LoadWorksheetFile(path), path);
 }
@@ -104,11 +106,12 @@ int RunSnapshot(const QString& Path, const QString& Png, QTextStream& out, QText
     return 0;
 }
 
-int RunWorksheetWindow(const QString& Path, QTextStream& err)
+int RunWorksheetWindow(const QString& Path, QTextStream& err, int Port)
 {
     const std::unique_ptr<TWorksheetWindow> window = OpenWorksheetWindowOrReport(Path, err);
     if (!window)
         return 1;
+    window->SetModuleSearchPort(Port);
     // Without a window manager's choice the main window would open at its minimum size.
     window->resize(KSnapshotSize);
     window->show();

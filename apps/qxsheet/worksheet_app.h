@@ -32,8 +32,9 @@ std::unique_ptr<TWorksheetWindow> OpenWorksheetWindowOrReport(const QString& Pat
 int RunSnapshot(const QString& Path, const QString& Png, QTextStream& out, QTextStream& err,
                 const QString& Page = {});
 
-// Opens the worksheet in a window and runs the event loop until it closes. Returns the loop's
-// result, or 1 after writing the reason to `err` when the worksheet does not load.
-int RunWorksheetWindow(const QString& Path, QTextStream& err);
+// Opens the worksheet in a window (its module search on COM `Port`, the simulated bus for 0) and
+// runs the event loop until it closes. Returns the loop's result, or 1 after writing the reason
+// to `err` when the worksheet does not load.
+int RunWorksheetWindow(const QString& Path, QTextStream& err, int Port = 0);
 
 }  // namespace qxsheet

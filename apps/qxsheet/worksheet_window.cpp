@@ -1,5 +1,7 @@
 #include "apps/qxsheet/worksheet_window.h"
 
+#include "apps/qxsheet/module_search.h"
+
 #include <QAction>
 #include <QDir>
 #include <QFileDialog>
@@ -69,10 +71,14 @@ void TWorksheetWindow::CreateActions()
     file->addSeparator();
     file->addAction(tr("&Quit"), this, &QWidget::close)->setShortcut(QKeySequence::Quit);
 
-    FDesignAction = menuBar()->addMenu(tr("&Worksheet"))->addAction(tr("&Design mode"));
+    QMenu* worksheet = menuBar()->addMenu(tr("&Worksheet"));
+    FDesignAction = worksheet->addAction(tr("&Design mode"));
     FDesignAction->setCheckable(true);
     FDesignAction->setShortcut(Qt::CTRL | Qt::Key_D);
     connect(FDesignAction, &QAction::toggled, this, [this](bool on) { ApplyDesignMode(on); });
+    worksheet->addSeparator();
+    FSearchModulesAction = worksheet->addAction(tr("Search &amplifier modules..."), this,
+                                                [this] { OpenModuleSearch(this, FModuleSearchPort); });
 
     QToolBar* tools = addToolBar(tr("Worksheet"));
     tools->setObjectName(QStringLiteral("WorksheetToolBar"));

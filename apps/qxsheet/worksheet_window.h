@@ -19,7 +19,8 @@ namespace qxsheet {
 // Save As. In design mode a click selects a panel (Ctrl+click toggles it), a click on the page
 // background deselects all, and panels move and resize on the page's grid; controller panels
 // take part in design mode and deselection too. While the window is shown outside design mode,
-// the worksheet's simulated sources run from their timers.
+// the worksheet's simulated sources run from their timers. "Search amplifier modules..." in the
+// Worksheet menu searches the module bus (TModuleSearch) while the window keeps running.
 class TWorksheetWindow : public QMainWindow {
     Q_OBJECT
 
@@ -34,6 +35,10 @@ public:
     std::vector<qx::TKSPanelTabPage*> GetPages() const;
     QTabWidget* GetTabs() const { return FTabs; }
     QAction* GetDesignAction() const { return FDesignAction; }
+    QAction* GetSearchModulesAction() const { return FSearchModulesAction; }
+    // The COM port the module search uses; 0 (the default) for the simulated demo bus.
+    int GetModuleSearchPort() const { return FModuleSearchPort; }
+    void SetModuleSearchPort(int Port) { FModuleSearchPort = Port; }
     const QString& GetPath() const { return FPath; }
 
     bool GetDesignMode() const;
@@ -73,6 +78,8 @@ private:
     QTabWidget* FTabs = nullptr;      // central widget; owns the pages
     QAction* FDesignAction = nullptr;  // children of the window
     QAction* FSaveAction = nullptr;
+    QAction* FSearchModulesAction = nullptr;
+    int FModuleSearchPort = 0;
 };
 
 }  // namespace qxsheet

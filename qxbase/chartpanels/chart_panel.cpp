@@ -84,7 +84,10 @@ void TKSChartPanel::AddMenuActions()
     menu->addSeparator();
     menu->addAction(res::_rsActionSaveBuffer.Text(), this, [this] { SaveBufferReporting(); });
     menu->addAction(res::_rsActionCaptureScale.Text(), this, [this] { CaptureScale(); });
-    menu->addAction(res::_rsActionResetDisplay.Text(), this, [this] { ResetDisplay(); });
+    menu->addAction(res::_rsActionResetDisplay.Text(), this, [this] {
+        if (ConfirmResetDisplay())
+            ResetDisplay();
+    });
 }
 
 TQXMeasureSourceEx* TKSChartPanel::GetMeasureSource() const
@@ -122,22 +125,21 @@ void TKSChartPanel::SetChannels(const QString& Value)
     Changed("Channels");
 }
 
+void TKSChartPanel::ChannelListChanged()
+{
+    QStringList numbers;
+    for (int i = 0; i < GetChannelCount(); ++i) numbers << QString::number(GetChannelArray(i));
+    SetChannels(numbers.join(QLatin1Char(' ')));
+}
+
 void TKSChartPanel::UpdateSelection()
 {
     const QStringList parts = SplitNumbers(FChannels, QStringLiteral("[\\s,]+"));
-    Variant list;
-    if (parts.isEmpty()) {
-        // No choice made: every channel the source has.
-        const int count = FLink->GetSource() != nullptr ? FLink->GetSource()->GetChannelListCount() : 0;
-        list = Variant::CreateArray(0, count - 1, varVariant);
-        for (int i = 0; i < count; ++i) list.SetArrayElement(i, Variant(std::int32_t{i}));
-    } else {
-        list = Variant::CreateArray(0, static_cast<int>(parts.size()) - 1, varVariant);
-        for (int i = 0; i < parts.size(); ++i) {
-            bool ok = false;
-            const int number = parts[i].toInt(&ok);
-            list.SetArrayElement(i, ok ? Variant(std::int32_t{number}) : Variant(parts[i]));
-        }
+    Variant list = Variant::CreateArray(0, static_cast<int>(parts.size()) - 1, varVariant);
+    for (int i = 0; i < parts.size(); ++i) {
+        bool ok = false;
+        const int number = parts[i].toInt(&ok);
+        list.SetArrayElement(i, ok ? Variant(std::int32_t{number}) : Variant(parts[i]));
     }
     // SetChannels only stores: the selection is built against the source's current list.
     FLink->SetChannels(list);

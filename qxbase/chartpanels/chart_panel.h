@@ -30,7 +30,8 @@ class TKSHistoUI;
 // the common properties on the bus and in the worksheet file.
 //
 // The source is stored by component name ("SourceName") and attached when the worksheet has been
-// read; "Channels" holds source channel numbers separated by blanks, empty for every channel.
+// read; "Channels" holds source channel numbers separated by blanks (none: no curves). The
+// channel picker edits the panel's channel list, which ChannelListChanged turns into "Channels".
 // Channels of different data kinds (time, frequency, single values) are refused with
 // "Error: the channels contain different types of data." shown on the chart; nothing is drawn
 // until the selection is consistent again.
@@ -153,6 +154,9 @@ public:
     void PrintTo(QPrinter& Printer) const;
     // Clears what the panel shows and keeps.
     virtual void ResetDisplay();
+    // Asked before the menu's "Reset display" clears (the bus command does not ask); true, the
+    // base asks nothing.
+    virtual bool ConfirmResetDisplay() { return true; }
     // Applies the stored x limits ("Change X-Axis") or goes back to the panel's own x axis
     // ("Reset X-Axis").
     void ChangeXAxis();
@@ -179,6 +183,8 @@ public:
     const QString& GetErrorText() const { return FErrorText; }
 
     void LoadFinished() override;
+    // The channel list was edited (the picker): it becomes the selection.
+    void ChannelListChanged() override;
     void SetDesignMode(bool Value) override;
     void ClearProperties() override;
 

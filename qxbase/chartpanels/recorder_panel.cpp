@@ -1,10 +1,14 @@
 #include "qxbase/chartpanels/recorder_panel.h"
 
+#include <QLabel>
+#include <QPointer>
 #include <QToolButton>
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <memory>
 
+#include "qxbase/config/line_recorder_confirm_dialog.h"
 #include "qxbase/panels/histo_toolbar.h"
 #include "qxbase/panels/histo_ui.h"
 #include "qxbase/resources/chart_texts.h"
@@ -142,6 +146,23 @@ void TKSRecorderPanel::TakeData(const TRVShortdefs& Shortdefs, const TRVDataDoub
 void TKSRecorderPanel::ChannelsChanged()
 {
     FollowDefaultXAxis();
+}
+
+bool TKSRecorderPanel::ConfirmResetDisplay()
+{
+    const double start = GetKeptStart();
+    if (std::isnan(start))
+        return true;
+    const QPointer<TKSRecorderPanel> self(this);
+    auto dialog = std::make_unique<TLineRecorderConfirmDlg>(window());
+    dialog->Label1()->setText(res::_rsRecorderClearQuestion.Text().arg(GetCaption()));
+    dialog->Label2()->setText(res::_rsRecorderClearDetail.Text().arg(GetKeptEnd() - start, 0, 'g', 4));
+    // The dialog's event loop may remove the panel, and the dialog with it as its parent's child.
+    const QPointer<TLineRecorderConfirmDlg> guard(dialog.get());
+    const int result = dialog->exec();
+    if (!guard)
+        (void)dialog.release();
+    return self && result == TLineRecorderConfirmDlg::mrOk;
 }
 
 void TKSRecorderPanel::SetHold(bool Value)

@@ -38,6 +38,8 @@ public:
     double GetKeptStart() const;
 
     void SetHold(bool Value) override;
+    // What the recorder kept is gone once cleared: TLineRecorderConfirmDlg asks first.
+    bool ConfirmResetDisplay() override;
     void ClearProperties() override;
 
 protected:

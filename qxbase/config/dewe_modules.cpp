@@ -111,20 +111,26 @@ bool THVKDeweModules::ProbePAD(std::int32_t address, int replyWait)
     return true;
 }
 
-void THVKDeweModules::FindModules()
+void THVKDeweModules::FindModules(const TProbeHook& beforeProbe)
 {
     if (!FPortOpen) return;
     FModules.clear();
     Flush();
-    for (std::int32_t address = 0; address <= DeweMaxAddress; ++address) ProbeDAQP(address, {});
+    for (std::int32_t address = 0; address <= DeweMaxAddress; ++address) {
+        if (beforeProbe && !beforeProbe(address)) return;
+        ProbeDAQP(address, {});
+    }
 }
 
-void THVKDeweModules::FindPADModules()
+void THVKDeweModules::FindPADModules(const TProbeHook& beforeProbe)
 {
     if (!FPortOpen) return;
     FModulesPAD.clear();
     Flush();
-    for (std::int32_t address = 0; address <= DeweMaxAddress; ++address) ProbePAD(address, PADSearchWait);
+    for (std::int32_t address = 0; address <= DeweMaxAddress; ++address) {
+        if (beforeProbe && !beforeProbe(address)) return;
+        ProbePAD(address, PADSearchWait);
+    }
 }
 
 bool THVKDeweModules::AddModule(std::int32_t address)

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -37,10 +38,13 @@ public:
     bool OpenComm(std::unique_ptr<TSerialLine> line);
     bool GetPortOpen() const { return FPortOpen; }
 
-    // Empty the DAQP (PAD) list and probe every bus address once; nothing happens while the
-    // port is closed.
-    void FindModules();
-    void FindPADModules();
+    // Asked before each address is probed; false stops the search there.
+    using TProbeHook = std::function<bool(std::int32_t address)>;
+
+    // Empty the DAQP (PAD) list and probe every bus address once (until `beforeProbe`, when
+    // given, says stop); nothing happens while the port is closed.
+    void FindModules(const TProbeHook& beforeProbe = {});
+    void FindPADModules(const TProbeHook& beforeProbe = {});
     // Probe one address, up to 3 tries 50 ms apart, and append the module found. False when the
     // port is closed, the address is outside 0..DeweMaxAddress or no try succeeds.
     // AddModulePAD empties the DAQP list (not the PAD list) before it probes.

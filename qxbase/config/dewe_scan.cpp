@@ -21,14 +21,21 @@ TDeweModuleSummary Summarize(const THVKDeweModule& module)
 
 }  // namespace
 
-TDeweScanResult ScanDeweModules(std::int32_t portNumber)
+TDeweScanResult ScanDeweModules(std::int32_t portNumber, const TDeweScanProgress& progress)
 {
     TDeweScanResult result;
     THVKDeweModules modules;
     result.PortOpen = modules.OpenComm(portNumber);
     if (!result.PortOpen) return result;
-    modules.FindModules();
-    modules.FindPADModules();
+    auto hook = [&](bool pad) -> THVKDeweModules::TProbeHook {
+        if (!progress) return {};
+        return [&progress, &result, pad](std::int32_t address) {
+            result.Stopped = !progress(pad, address);
+            return !result.Stopped;
+        };
+    };
+    modules.FindModules(hook(false));
+    if (!result.Stopped) modules.FindPADModules(hook(true));
     for (int i = 0; i < modules.GetModuleCount(); ++i) result.Modules.push_back(Summarize(*modules.GetModule(i)));
     for (int i = 0; i < modules.GetModuleCountPAD(); ++i)
         result.Modules.push_back(Summarize(*modules.GetModulePAD(i)));

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "qxbase/config/dewe_module_types.h"
@@ -24,12 +25,17 @@ struct TDeweModuleSummary {
 
 struct TDeweScanResult {
     bool PortOpen = false;
+    bool Stopped = false;                     // the progress callback ended the search early
     std::vector<TDeweModuleSummary> Modules;  // DAQP modules first, then PAD, each by address
 };
 
+// Told before each address is probed: the family searched (PAD after DAQP) and the address.
+// Returning false stops the search; what was found so far is kept.
+using TDeweScanProgress = std::function<bool(bool pad, std::int32_t address)>;
+
 // Opens "COM"+portNumber, searches the bus for DAQP and then PAD modules and closes the port.
 // PortOpen is false (and no module listed) when the port does not open. Blocks for the whole
-// search: up to about ten seconds on a silent line.
-QXBASE_EXPORT TDeweScanResult ScanDeweModules(std::int32_t portNumber);
+// search, up to about ten seconds on a silent line; `progress` is called on the caller's thread.
+QXBASE_EXPORT TDeweScanResult ScanDeweModules(std::int32_t portNumber, const TDeweScanProgress& progress = {});
 
 }  // namespace qx

@@ -11,19 +11,16 @@
 #include <QValidator>
 #include <QVBoxLayout>
 
-#include "qxbase/framework/color.h"
 #include "qxbase/framework/exception.h"
 #include "qxbase/framework/host_services.h"
 #include "qxbase/framework/number_text.h"
 #include "qxbase/panels/dialog_background.h"
+#include "qxbase/panels/wizard_topic_label.h"
 #include "qxbase/resources/chart_texts.h"
 
 namespace qx {
 
 namespace {
-
-// The desktop's hot-track colour (system colour 26), which topic labels use.
-constexpr TColor clHotLight = clSystemColor | 26;
 
 // Lets through only what a decimal number is written with, and turns a typed "," into the "."
 // the number parser reads. Whether the whole text is a number is decided when it is stored.
@@ -42,15 +39,8 @@ public:
 
 QLabel* NewTopicLabel(const QString& Text, QWidget* parent)
 {
-    auto* label = new QLabel(Text, parent);
-    label->setToolTip(Text);
+    auto* label = new TWizardTopicDotLabel(Text, parent);
     label->setWordWrap(true);
-    QFont font = label->font();
-    font.setPixelSize(13);
-    label->setFont(font);
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, ColorToQColor(clHotLight));
-    label->setPalette(palette);
     return label;
 }
 

@@ -5,6 +5,7 @@
 #include <QFont>
 #include <QMenu>
 #include <QPalette>
+#include <QPointer>
 #include <QTimer>
 #include <algorithm>
 
@@ -12,6 +13,7 @@
 #include "qxbase/framework/host_services.h"
 #include "qxbase/framework/stream_registry.h"
 #include "qxbase/panels/panel_geometry.h"
+#include "qxbase/panels/property_page_opener.h"
 
 namespace qx {
 
@@ -235,7 +237,12 @@ bool TKSMSSink::HTMLHelpIsCalled(const QString& Topic, const QString& File)
     return false;
 }
 
-void TKSMSSink::ShowPropertyPage() {}
+void TKSMSSink::ShowPropertyPage()
+{
+    // A copy: the page may install another opener while it is open.
+    if (const TKSPropertyPageOpener opener = GetPropertyPageOpener())
+        opener(*this);
+}
 
 void TKSMSSink::EnableControlTree(QWidget* Control, bool Enabled)
 {
@@ -307,8 +314,10 @@ void TKSMSSink::SetChannelArray(int Index, int Value)
 
 void TKSMSSink::OpenPropertyPage()
 {
+    // The page is modal: what runs meanwhile may delete the panel.
+    const QPointer<TKSMSSink> self(this);
     ShowPropertyPage();
-    if (OnShowPropertyPageRequest)
+    if (self && OnShowPropertyPageRequest)
         OnShowPropertyPageRequest(this);
 }
 

@@ -161,7 +161,8 @@ public:
     virtual void ChannelListChanged();
     // Whether the panel showed help on `Topic` itself; the base class shows none.
     virtual bool HTMLHelpIsCalled(const QString& Topic, const QString& File);
-    // Opens the panel's property page; nothing in the base class.
+    // Opens the panel's property page: the installed opener's (property_page_opener.h), nothing
+    // while none is installed.
     virtual void ShowPropertyPage();
 
     // Sets the enabled state of the panel's child controls; nested panels follow through their

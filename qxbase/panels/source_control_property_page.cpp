@@ -8,6 +8,7 @@
 
 #include "qxbase/panels/ctrl_client_prop_selector.h"
 #include "qxbase/panels/source_control_client.h"
+#include "qxbase/resources/common_texts.h"
 
 namespace qx {
 
@@ -54,7 +55,7 @@ void TKSSourceControlPropertyPage::SetTheComponent(TKSSourceControlClient* Clien
     FSelector->SetTheComponent(Client);
     if (!Client) return;
     const QString name = Client->GetCaption().isEmpty() ? Client->objectName() : Client->GetCaption();
-    setWindowTitle(QStringLiteral("   Properties of ") + name);
+    setWindowTitle(QStringLiteral("   ") + res::_rsPropertyCaptionHead.Text() + name);
 }
 
 void TKSSourceControlPropertyPage::done(int Result)

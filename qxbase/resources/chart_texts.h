@@ -135,4 +135,8 @@ inline constexpr ResourceText _rsVisibilitiesCaption = QX_RES("Visibilities");
 inline constexpr ResourceText _rsVisibilitiesAll = QX_RES("All");
 inline constexpr ResourceText _rsVisibilitiesNone = QX_RES("None");
 
+// The recorder's question before it drops what it kept.
+inline constexpr ResourceText _rsRecorderClearQuestion = QX_RES("Clear the recorded data of \"%1\"?");
+inline constexpr ResourceText _rsRecorderClearDetail = QX_RES("The last %1 s the recorder kept are lost.");
+
 }  // namespace qx::res

@@ -126,7 +126,7 @@ HRESULT TKSSimulatedSource::OnProperty(TQXPropertyItem* Item, bool Get, Variant&
         return S_OK;
     case PropClockFrequency:
         if (Get) Value = GetClockFrequencyReal();
-        else if (ApplySampleRate(Value.ToDouble() / GetNrOfCGLChannels())) {
+        else if (ApplySampleRate(Value.ToDouble() * FAD.ExternalClockDiv / GetNrOfCGLChannels())) {
             SettingsChanged();
             EventFirePropertyUpdated(NameSampleRate);
         }
@@ -160,6 +160,7 @@ bool TKSSimulatedSource::ApplySampleRate(double Value)
         return false;
     FSampleRate = Value;
     FStreamPosition = 0;
+    RestartFilters();
     FTimer->setInterval(GetCycleInterval());
     return true;
 }
@@ -175,6 +176,7 @@ bool TKSSimulatedSource::ApplyChannelCount(std::int32_t Value)
     }
     FWaves.resize(count);
     FHandles.resize(count);
+    FFilterStates.resize(count);
     return true;
 }
 
@@ -214,12 +216,71 @@ void TKSSimulatedSource::SetSampleRate(double Value)
 
 double TKSSimulatedSource::GetClockFrequencyReal() const
 {
-    return FSampleRate * GetNrOfCGLChannels();
+    return GetEffectiveSampleRate() * GetNrOfCGLChannels();
 }
 
 void TKSSimulatedSource::SetClockFrequencyReal(double Value)
 {
-    SetSampleRate(Value / GetNrOfCGLChannels());
+    SetSampleRate(Value * FAD.ExternalClockDiv / GetNrOfCGLChannels());
+}
+
+TADChangedSet TKSSimulatedSource::ApplyADExtendedSettings(const TQXADExtendedSettings& Settings, TADChangedSet Changed)
+{
+    const TQXADExtendedSettings wanted = ClampADExtendedSettings(Settings, FAD.CutOffFrequency);
+    TADChangedSet applied;
+    if (Changed.Contains(adsResolution) && wanted.Resolution != FAD.Resolution) {
+        FAD.Resolution = wanted.Resolution;
+        applied.Include(adsResolution);
+    }
+    if (Changed.Contains(adsCutOffFilter) && wanted.CutOffFrequency != FAD.CutOffFrequency) {
+        FAD.CutOffFrequency = wanted.CutOffFrequency;
+        applied.Include(adsCutOffFilter);
+        RestartFilters();
+    }
+    if (Changed.Contains(adsExternalClockDiv) && wanted.ExternalClockDiv != FAD.ExternalClockDiv) {
+        FAD.ExternalClockDiv = wanted.ExternalClockDiv;
+        applied.Include(adsExternalClockDiv);
+        // Earlier sample times would no longer fit, as after a new rate.
+        FStreamPosition = 0;
+        RestartFilters();
+        FTimer->setInterval(GetCycleInterval());
+        SettingsChanged();
+        EventFirePropertyUpdated(NameClock);
+    }
+    return applied;
+}
+
+void TKSSimulatedSource::SetADResolution(std::int32_t Value)
+{
+    TQXADExtendedSettings settings = FAD;
+    settings.Resolution = Value;
+    ApplyADExtendedSettings(settings, {adsResolution});
+}
+
+void TKSSimulatedSource::SetADCutOffFrequency(double Value)
+{
+    TQXADExtendedSettings settings = FAD;
+    settings.CutOffFrequency = Value;
+    ApplyADExtendedSettings(settings, {adsCutOffFilter});
+}
+
+void TKSSimulatedSource::SetADExternalClockDiv(std::int32_t Value)
+{
+    TQXADExtendedSettings settings = FAD;
+    settings.ExternalClockDiv = Value;
+    ApplyADExtendedSettings(settings, {adsExternalClockDiv});
+}
+
+void TKSSimulatedSource::ResetStream()
+{
+    FStreamPosition = 0;
+    RestartFilters();
+}
+
+void TKSSimulatedSource::RestartFilters()
+{
+    FLowPass = DesignADLowPass(FAD.CutOffFrequency, GetEffectiveSampleRate());
+    for (TADLowPassState& state : FFilterStates) state = {};
 }
 
 void TKSSimulatedSource::SetNrOfCGLChannels(std::int32_t Value)
@@ -313,7 +374,7 @@ bool TKSSimulatedSource::IsRunning() const
 
 int TKSSimulatedSource::GetCycleInterval() const
 {
-    const double ms = 1000.0 * FBlockSize / FSampleRate;
+    const double ms = 1000.0 * FBlockSize / GetEffectiveSampleRate();
     return static_cast<int>(std::lround(std::clamp(ms, double{MinCycleMs}, double{MaxCycleMs})));
 }
 
@@ -336,7 +397,7 @@ void TKSSimulatedSource::Step()
     const std::size_t channels = FWaves.size();
     const std::int32_t count = FBlockSize;
     const std::uint64_t first = FStreamPosition;
-    const double rate = FSampleRate;
+    const double rate = GetEffectiveSampleRate();
     const TQXMSChannelFlags flags{msexArrayData, msexTimeData, msexADChannel};
 
     TRVShortdefs defs(channels);
@@ -344,16 +405,20 @@ void TKSSimulatedSource::Step()
     for (std::size_t c = 0; c < channels; ++c) {
         blocks.Data[c] = NewDataDouble(count);
         blocks.Time[c] = NewDataDouble(count);
-        FillWaveform(FWaves[c], rate, first, c, blocks.Data[c].data, count);
-        FillTimeBlock(rate, first, blocks.Time[c].data, count);
         TRVShortdef& def = defs[c];
+        WaveRange(FWaves[c], def.YMin, def.YMax);
+        double* data = blocks.Data[c].data;
+        FillWaveform(FWaves[c], rate, first, c, data, count);
+        // The filter sits before the converter, so its overshoot is clipped like a real input's.
+        ADLowPassBlock(FLowPass, FFilterStates[c], data, count);
+        ADQuantizeBlock(MakeADQuantizer(FAD.Resolution, def.YMin, def.YMax), data, count);
+        FillTimeBlock(rate, first, blocks.Time[c].data, count);
         def.ChannelNo = static_cast<std::int32_t>(c);
         def.XStart = static_cast<double>(first) / rate;
         def.XEnd = static_cast<double>(first + static_cast<std::uint64_t>(count)) / rate;
         def.FirstSample = first;
         def.Flags = flags.Bits();
         def.Color = ChannelColor(static_cast<int>(c));
-        WaveRange(FWaves[c], def.YMin, def.YMax);
         def.Handle = FHandles[c];
     }
     // Advanced before sending: a consumer may stop, step or even destroy this source.

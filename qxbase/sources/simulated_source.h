@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "qxbase/framework/export.h"
+#include "qxbase/sources/ad_conversion.h"
 #include "qxbase/sources/measure_source.h"
 #include "qxbase/sources/waveform.h"
 
@@ -17,19 +18,30 @@ namespace qx {
 // channel, computed from the channel's waveform, with a time block per channel. A QTimer runs
 // the cycles while started (Start, Stop); Step runs one by hand.
 //
-// The channels are sampled like a multiplexed converter: each at SampleRate, so the converter
-// clock "ClockFrequencyReal" is SampleRate x NrOfCGLChannels (what math channels divide back).
+// The channels are sampled like a multiplexed converter: each at SampleRate (divided by the
+// external clock divider, below), so the converter clock "ClockFrequencyReal" is that rate x
+// NrOfCGLChannels (what math channels divide back).
 //
 // Settings are published on the bus ("SampleRate", "ClockFrequencyReal", "NrOfCGLChannels",
 // "BlockSize", "Acquisition") and stored in the worksheet as Q_PROPERTYs "SampleRate",
 // "NrOfCGLChannels", "BlockSize" plus "Waveforms", one stored waveform line per channel; the
 // clock follows from the others and is not stored. Values out of range are clamped.
+//
+// The converter's extended settings (TQXADExtendedSettings) act on every block, in the order a
+// converter meets them: the external clock divider divides SampleRate (the rate the samples are
+// taken at, and that the time blocks and "ClockFrequencyReal" show), the cut-off low-pass filters
+// each channel (its state carried from block to block), and the resolution quantizes each
+// channel over its range. They are stored as "ADResolution", "ADCutOffFrequency" and
+// "ADExternalClockDiv".
 class QXBASE_EXPORT TKSSimulatedSource : public TQXMeasureSourceEx {
     Q_OBJECT
     Q_PROPERTY(double SampleRate READ GetSampleRate WRITE SetSampleRate)
     Q_PROPERTY(qint32 NrOfCGLChannels READ GetNrOfCGLChannels WRITE SetNrOfCGLChannels)
     Q_PROPERTY(qint32 BlockSize READ GetBlockSize WRITE SetBlockSize)
     Q_PROPERTY(QStringList Waveforms READ GetWaveformLines WRITE SetWaveformLines)
+    Q_PROPERTY(qint32 ADResolution READ GetADResolution WRITE SetADResolution)
+    Q_PROPERTY(double ADCutOffFrequency READ GetADCutOffFrequency WRITE SetADCutOffFrequency)
+    Q_PROPERTY(qint32 ADExternalClockDiv READ GetADExternalClockDiv WRITE SetADExternalClockDiv)
 
 public:
     static constexpr int MaxChannels = 256;
@@ -50,14 +62,17 @@ public:
     // (enumeration "Stopped", "Running").
     void ClearProperties() override;
 
-    // Samples per second of each channel.
+    // Samples per second of each channel before the external clock divider.
     double GetSampleRate() const { return FSampleRate; }
+    // SampleRate / ExternalClockDiv: the rate the samples are taken at.
+    double GetEffectiveSampleRate() const { return FSampleRate / FAD.ExternalClockDiv; }
     // Clamped to MinSampleRate..MaxSampleRate; a value that is not a number is ignored. A new
     // rate restarts the stream at sample 0, since earlier times would no longer fit.
     void SetSampleRate(double Value);
-    // SampleRate x NrOfCGLChannels.
+    // EffectiveSampleRate x NrOfCGLChannels: the clock the converter really runs at.
     double GetClockFrequencyReal() const;
-    // Sets SampleRate to Value / NrOfCGLChannels (clamped as SetSampleRate clamps).
+    // Sets SampleRate to Value x ExternalClockDiv / NrOfCGLChannels (clamped as SetSampleRate
+    // clamps).
     void SetClockFrequencyReal(double Value);
     std::int32_t GetNrOfCGLChannels() const { return static_cast<std::int32_t>(FWaves.size()); }
     // Clamped to 1..MaxChannels; the clock follows. New channels get the default waveform of their position;
@@ -81,6 +96,18 @@ public:
     // output. Never raises, so a damaged worksheet still loads.
     void SetWaveformLines(const QStringList& Lines);
 
+    const TQXADExtendedSettings& GetADExtendedSettings() const { return FAD; }
+    // Takes the settings whose bits are set in `Changed` (clamped as ClampADExtendedSettings
+    // does) and returns the bits whose setting really changed. A new divider restarts the stream
+    // like a new rate and announces "ClockFrequencyReal"; a new cut-off restarts the filters.
+    TADChangedSet ApplyADExtendedSettings(const TQXADExtendedSettings& Settings, TADChangedSet Changed);
+    std::int32_t GetADResolution() const { return FAD.Resolution; }
+    void SetADResolution(std::int32_t Value);
+    double GetADCutOffFrequency() const { return FAD.CutOffFrequency; }
+    void SetADCutOffFrequency(double Value);
+    std::int32_t GetADExternalClockDiv() const { return FAD.ExternalClockDiv; }
+    void SetADExternalClockDiv(std::int32_t Value);
+
     // The timer-driven cycles. Start continues the stream where it stood.
     void Start();
     void Stop();
@@ -91,7 +118,8 @@ public:
     void Step();
     // The position of the next block's first sample in the stream.
     std::uint64_t GetStreamPosition() const { return FStreamPosition; }
-    void ResetStream() { FStreamPosition = 0; }
+    // Back to sample 0, the filters unprimed.
+    void ResetStream();
 
 private:
     // Each returns whether the value changed; the bus writes through them without a second
@@ -102,6 +130,7 @@ private:
     bool ApplyRunning(bool Value);
     void SettingsChanged();
     void RebuildChannelList();
+    void RestartFilters();
     HRESULT OnProperty(TQXPropertyItem* Item, bool Get, Variant& Value);
 
     double FSampleRate = 1000.0;
@@ -109,6 +138,9 @@ private:
     std::vector<TKSWaveform> FWaves;
     std::vector<std::uint32_t> FHandles;  // channel handle of each position
     std::uint64_t FStreamPosition = 0;
+    TQXADExtendedSettings FAD;
+    TADLowPass FLowPass;                         // designed when the cut-off or the rate changes
+    std::vector<TADLowPassState> FFilterStates;  // one per channel
     QTimer* FTimer = nullptr;  // child of the source
 };
 

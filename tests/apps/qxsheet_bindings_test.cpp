@@ -19,7 +19,7 @@
 #include "qxbase/control/event_link.h"
 #include "qxbase/framework/host_services.h"
 #include "qxbase/panels/ctrl_client_prop_selector.h"
-#include "qxbase/panels/source_control_property_page.h"
+#include "qxbase/config/panel_property_page.h"
 #include "tests/framework/print_qstring.h"
 
 using namespace qxsheet;
@@ -195,9 +195,11 @@ TEST_F(Bindings, ThePropertyPageOfTheSwitchShowsItsBindings)
     QTimer poll;
     QObject::connect(&poll, &QTimer::timeout, [&] {
         auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        auto* page = qobject_cast<qx::TKSSourceControlPropertyPage*>(dialog);
+        auto* page = qobject_cast<qx::TKSPanelPropertyPage*>(dialog);
         if (dialog != nullptr && (page != nullptr || ++polls > 250)) dialog->reject();
         if (page == nullptr || std::exchange(seen, true)) return;
+        ASSERT_NE(page->GetSelector(), nullptr);
+        EXPECT_EQ(page->windowTitle(), "Properties of Heater");
         qx::TCtrlClientPropSelector& selector = *page->GetSelector();
         QTreeWidget& selected = *selector.GetSelectedPropTreeView();
         ASSERT_EQ(selected.topLevelItemCount(), 1);

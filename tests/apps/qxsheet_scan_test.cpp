@@ -1,10 +1,19 @@
 #include <gtest/gtest.h>
 
+#include <QAction>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QPushButton>
 #include <QString>
+#include <QTest>
 #include <QTextStream>
 
 #include "apps/qxsheet/command_line.h"
 #include "apps/qxsheet/module_scan_demo.h"
+#include "apps/qxsheet/worksheet_app.h"
+#include "qxbase/config/pad_search_result_dialog.h"
+#include "qxbase/sources/simulated_source.h"
+#include "tests/framework/print_qstring.h"
 
 namespace {
 
@@ -30,6 +39,7 @@ TEST(CommandLine, ChoosesWorksheetTourScanOrHelp)
     EXPECT_EQ(datapath.File, "plant.qxw");
     EXPECT_EQ(ParseCommandLine({"datapath"}).Cycles, 5);
     EXPECT_EQ(ParseCommandLine({"--help"}).Kind, TCommand::cmdHelp);
+    EXPECT_EQ(ParseCommandLine({"plant.qxw", "--port", "3"}).Port, 3);
     const TCommand scan = ParseCommandLine({"scan", "--port", "7"});
     EXPECT_EQ(scan.Kind, TCommand::cmdScan);
     EXPECT_EQ(scan.Port, 7);
@@ -56,6 +66,7 @@ TEST(CommandLine, RefusesBadArgumentsWithAReason)
         {{"scan", "--port", "0"}, "port must be a number from 1 to 255, not \"0\""},
         {{"scan", "--port", "256"}, "port must be a number from 1 to 255, not \"256\""},
         {{"scan", "--port", "COM3"}, "port must be a number from 1 to 255, not \"COM3\""},
+        {{"--port"}, "--port needs a number from 1 to 255"},
     };
     for (const Row& row : rows) {
         const TCommand command = ParseCommandLine(row.args);
@@ -85,6 +96,39 @@ TEST(ModuleScan, TheSimulatedBusShowsEveryModule)
     EXPECT_TRUE(text.contains("COM64: 8 module(s) found")) << text.toStdString();
     EXPECT_TRUE(text.contains("address  1  DAQP  DAQP-V      range 10V, filter 1kHz, remote"));
     EXPECT_TRUE(text.contains("address 20  PAD   PAD-VTH8    range CJC K, 8 channels"));
+    EXPECT_FALSE(qEnvironmentVariableIsSet("QX_COM64"));
+}
+
+// The menu entry searches the simulated bus while the window's sources keep running; "Ok" waits
+// for the end, and closing the form early leaves nothing behind.
+TEST(ModuleScan, TheWindowSearchesWhileItKeepsRunning)
+{
+    const auto window = qxsheet::OpenWorksheetWindow(QString());
+    window->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+    auto* source = window->findChild<qx::TKSSimulatedSource*>();
+    ASSERT_NE(source, nullptr);
+    EXPECT_EQ(window->GetSearchModulesAction()->text(), "Search &amplifier modules...");
+
+    window->GetSearchModulesAction()->trigger();
+    QPointer<qx::TFormPadSearchResult> form = window->findChild<qx::TFormPadSearchResult*>();
+    ASSERT_TRUE(form);
+    EXPECT_TRUE(form->Memo1()->toPlainText().startsWith("Searching the module bus on COM64"));
+    const std::uint64_t position = source->GetStreamPosition();
+    QTest::mouseClick(form->SBAllVisible(), Qt::LeftButton);
+    ASSERT_TRUE(form);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return form->SBAllVisible()->isEnabled(); }, 30000));
+    EXPECT_GT(source->GetStreamPosition(), position);
+    EXPECT_TRUE(form->Memo1()->toPlainText().contains("COM64: 8 module(s) found")) << form->Memo1()->toPlainText().toStdString();
+    QTest::mouseClick(form->SBAllVisible(), Qt::LeftButton);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return form.isNull(); }));
+    EXPECT_FALSE(qEnvironmentVariableIsSet("QX_COM64"));
+
+    window->GetSearchModulesAction()->trigger();
+    form = window->findChild<qx::TFormPadSearchResult*>();
+    ASSERT_TRUE(form);
+    QTest::keyClick(form, Qt::Key_Escape);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return form.isNull(); }, 2000));
     EXPECT_FALSE(qEnvironmentVariableIsSet("QX_COM64"));
 }
 

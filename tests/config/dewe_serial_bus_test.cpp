@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <QElapsedTimer>
+#include <QThread>
+#include <QtTest/QTest>
 #include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
@@ -13,6 +15,7 @@
 #include "qxbase/config/dewe_modules.h"
 #include "qxbase/config/dewe_protocol.h"
 #include "qxbase/config/dewe_scan.h"
+#include "qxbase/config/dewe_scan_runner.h"
 #include "tests/framework/print_qstring.h"
 
 using namespace qx;
@@ -179,6 +182,51 @@ TEST(DeweSerialBus, SilentOrVanishedLineEndsWithinItsTimeOuts)
     EXPECT_FALSE(modules.AddModulePAD(10));
     EXPECT_EQ(search(), 0);
     EXPECT_LE(clock.elapsed(), 2 * SilentSearchesUpperBound);
+}
+
+// The search runs beside the event loop and reports on the runner's thread, in order; a stop
+// keeps what was found, and a runner destroyed mid-search waits for one probe at most.
+TEST(DeweSerialBus, RunnerSearchesOnAWorkerThread)
+{
+    TDeweBusSimulator bus;
+    bus.PopulateDemoBus();
+    ComPortGuard com(bus.GetDevicePath());
+    TDeweScanRunner runner;
+    std::vector<std::pair<bool, int>> steps;
+    TDeweScanResult result;
+    QObject::connect(&runner, &TDeweScanRunner::progress, [&](bool pad, int address) {
+        EXPECT_EQ(QThread::currentThread(), runner.thread());
+        steps.emplace_back(pad, address);
+    });
+    QObject::connect(&runner, &TDeweScanRunner::finished, [&](const TDeweScanResult& r) { result = r; });
+
+    ASSERT_TRUE(runner.Start(Port));
+    EXPECT_FALSE(runner.Start(Port));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !runner.IsRunning(); }, 30000));
+    ASSERT_EQ(steps.size(), 2u * (DeweMaxAddress + 1));
+    EXPECT_EQ(steps.front(), std::pair(false, 0));
+    EXPECT_EQ(steps.back(), std::pair(true, DeweMaxAddress));
+    EXPECT_EQ(result.Modules.size(), 8u);
+    EXPECT_FALSE(result.Stopped);
+
+    steps.clear();
+    QObject::connect(&runner, &TDeweScanRunner::progress, [&](bool, int address) {
+        if (address == 3) runner.Stop();
+    });
+    ASSERT_TRUE(runner.Start(Port));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !runner.IsRunning(); }, 30000));
+    EXPECT_TRUE(result.Stopped);
+    // Addresses 1 and 2, unless a slow loop let the worker reach 4 before the stop.
+    EXPECT_GE(result.Modules.size(), 2u);
+    EXPECT_LT(result.Modules.size(), 5u);
+
+    auto early = std::make_unique<TDeweScanRunner>();
+    ASSERT_TRUE(early->Start(Port));
+    QTest::qWait(50);
+    QElapsedTimer clock;
+    clock.start();
+    early.reset();
+    EXPECT_LT(clock.elapsed(), 1000);
 }
 
 // The far end stops reading until a write times out; when it reads again, what that write left

@@ -179,6 +179,7 @@ TEST(SimulatedSource, StoredFormRoundTripAndDamagedLines)
     original.SetSampleRate(2500.5);
     original.SetBlockSize(333);
     original.SetWaveformLines({"sine 1 2 3 4", "noise 0.25 0 -1 0", "counter 1 1000 0 45.5"});
+    original.ApplyADExtendedSettings({12, 50.5, 3}, ADExtendedSettingsAll);
     std::unique_ptr<QObject> read = ReadComponent(WriteComponent(original), nullptr);
     auto* copy = qobject_cast<TKSSimulatedSource*>(read.get());
     ASSERT_NE(copy, nullptr);
@@ -186,6 +187,7 @@ TEST(SimulatedSource, StoredFormRoundTripAndDamagedLines)
     EXPECT_FALSE(WriteComponent(original)["properties"].toObject().contains("ClockFrequencyReal"));
     EXPECT_EQ(copy->GetBlockSize(), 333);
     EXPECT_EQ(copy->GetWaveformLines(), original.GetWaveformLines());
+    EXPECT_EQ(copy->GetADExtendedSettings(), (TQXADExtendedSettings{12, 50.5, 3}));
 
     TKSSimulatedSource damaged;
     ReadStoredProperties(damaged, QJsonObject{{"Waveforms", QJsonArray{"square 1 2 3 4", "square 1 x 3 4", "wobble 1 1 1 1"}}});
