@@ -36,12 +36,7 @@ TADExtendedPropertyPage::TADExtendedPropertyPage(QWidget* parent)
 {
     setModal(true);
     setWindowTitle(res::_rsADExtendedFormCaption);
-    FBackground = new THVKDialogBackground(this);
-    FBackground->SetCaption(res::_rsADExtendedPanelCaption);
-    connect(FBackground, &THVKDialogBackground::closeClicked, this, &TADExtendedPropertyPage::reject);
-    auto* outer = new QVBoxLayout(this);
-    outer->setContentsMargins(0, 0, 0, 0);
-    outer->addWidget(FBackground);
+    FBackground = InstallDialogBackground(*this, res::_rsADExtendedPanelCaption);
 
     QWidget* client = FBackground->GetClientArea();
     // An etched frame, as a group box without a title looks: Qt's group box frame is a scaled
@@ -179,12 +174,8 @@ void TADExtendedPropertyPage::showEvent(QShowEvent* event)
 
 void TADExtendedPropertyPage::keyPressEvent(QKeyEvent* event)
 {
-    switch (event->key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter: done(mrOk); return;
-    case Qt::Key_Escape: reject(); return;
-    default: QDialog::keyPressEvent(event);
-    }
+    if (!CloseOnEnterOrEscape(*this, *event, mrOk))
+        QDialog::keyPressEvent(event);
 }
 
 }  // namespace qx

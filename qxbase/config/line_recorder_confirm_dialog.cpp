@@ -19,12 +19,7 @@ TLineRecorderConfirmDlg::TLineRecorderConfirmDlg(QWidget* parent)
 {
     setModal(true);
     setFixedSize(320, 140);
-    FBackground = new THVKDialogBackground(this);
-    FBackground->SetCaption(res::_rsDefaultDeleteDialog);
-    connect(FBackground, &THVKDialogBackground::closeClicked, this, &TLineRecorderConfirmDlg::reject);
-    auto* outer = new QVBoxLayout(this);
-    outer->setContentsMargins(0, 0, 0, 0);
-    outer->addWidget(FBackground);
+    FBackground = InstallDialogBackground(*this, res::_rsDefaultDeleteDialog);
 
     QWidget* client = FBackground->GetClientArea();
     FImage1 = new QLabel(client);

@@ -18,12 +18,7 @@ TFormPadSearchResult::TFormPadSearchResult(QWidget* parent) : QDialog(parent, Qt
     setModal(true);
     setWindowTitle(res::_rsPadSearchResultCaption);
     setFixedSize(600, 320);
-    FBackground = new THVKDialogBackground(this);
-    FBackground->SetCaption(res::_rsPadSearchResultCaption);
-    connect(FBackground, &THVKDialogBackground::closeClicked, this, &TFormPadSearchResult::reject);
-    auto* outer = new QVBoxLayout(this);
-    outer->setContentsMargins(0, 0, 0, 0);
-    outer->addWidget(FBackground);
+    FBackground = InstallDialogBackground(*this, res::_rsPadSearchResultCaption);
 
     QWidget* client = FBackground->GetClientArea();
     FMemo1 = new QPlainTextEdit(client);
@@ -75,12 +70,8 @@ void TFormPadSearchResult::showEvent(QShowEvent* event)
 
 void TFormPadSearchResult::keyPressEvent(QKeyEvent* event)
 {
-    switch (event->key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter: done(mrOk); return;
-    case Qt::Key_Escape: reject(); return;
-    default: QDialog::keyPressEvent(event);
-    }
+    if (!CloseOnEnterOrEscape(*this, *event, mrOk))
+        QDialog::keyPressEvent(event);
 }
 
 }  // namespace qx

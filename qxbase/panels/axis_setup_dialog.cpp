@@ -64,12 +64,7 @@ TFormAxisSetup::TFormAxisSetup(QWidget* parent) : QDialog(parent, Qt::Dialog | Q
     setModal(true);
     setWindowTitle(res::_rsAxisSetupCaption);
     setFixedSize(263, 302);
-    FBackground = new THVKDialogBackground(this);
-    FBackground->SetCaption(res::_rsAxisSetupCaption);
-    connect(FBackground, &THVKDialogBackground::closeClicked, this, &TFormAxisSetup::reject);
-    auto* outer = new QVBoxLayout(this);
-    outer->setContentsMargins(0, 0, 0, 0);
-    outer->addWidget(FBackground);
+    FBackground = InstallDialogBackground(*this, res::_rsAxisSetupCaption);
 
     QWidget* client = FBackground->GetClientArea();
     FCBNames = new QComboBox(client);

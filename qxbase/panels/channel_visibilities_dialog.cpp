@@ -17,12 +17,7 @@ TFChannelVisibilities::TFChannelVisibilities(QWidget* parent)
     setModal(true);
     setWindowTitle(res::_rsVisibilitiesCaption);
     setFixedSize(226, 189);
-    FBackground = new THVKDialogBackground(this);
-    FBackground->SetCaption(res::_rsVisibilitiesCaption);
-    connect(FBackground, &THVKDialogBackground::closeClicked, this, &TFChannelVisibilities::reject);
-    auto* outer = new QVBoxLayout(this);
-    outer->setContentsMargins(0, 0, 0, 0);
-    outer->addWidget(FBackground);
+    FBackground = InstallDialogBackground(*this, res::_rsVisibilitiesCaption);
 
     QWidget* client = FBackground->GetClientArea();
     auto* lowered = new QFrame(client);

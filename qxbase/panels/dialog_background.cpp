@@ -1,5 +1,7 @@
 #include "qxbase/panels/dialog_background.h"
 
+#include <QDialog>
+#include <QKeyEvent>
 #include <QLinearGradient>
 #include <QMouseEvent>
 #include <QPainter>
@@ -97,6 +99,27 @@ void CenterOnOwner(QWidget* Dialog)
     else if (const QScreen* screen = Dialog->screen())
         area = screen->availableGeometry();
     if (area.isValid()) Dialog->move(area.center() - QPoint(Dialog->width() / 2, Dialog->height() / 2));
+}
+
+THVKDialogBackground* InstallDialogBackground(QDialog& Dialog, const QString& Caption)
+{
+    auto* background = new THVKDialogBackground(&Dialog);
+    background->SetCaption(Caption);
+    QObject::connect(background, &THVKDialogBackground::closeClicked, &Dialog, &QDialog::reject);
+    auto* outer = new QVBoxLayout(&Dialog);
+    outer->setContentsMargins(0, 0, 0, 0);
+    outer->addWidget(background);
+    return background;
+}
+
+bool CloseOnEnterOrEscape(QDialog& Dialog, const QKeyEvent& Event, int OkResult)
+{
+    switch (Event.key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter: Dialog.done(OkResult); return true;
+    case Qt::Key_Escape: Dialog.reject(); return true;
+    default: return false;
+    }
 }
 
 }  // namespace qx

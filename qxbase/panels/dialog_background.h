@@ -6,6 +6,8 @@
 
 #include "qxbase/framework/export.h"
 
+class QDialog;
+class QKeyEvent;
 class QToolButton;
 
 namespace qx {
@@ -50,5 +52,12 @@ private:
 // Moves `Dialog` so that it is centred on its owner's window, or on its screen when it has no
 // owner.
 QXBASE_EXPORT void CenterOnOwner(QWidget* Dialog);
+
+// Fills `Dialog` with a background captioned `Caption`, edge to edge, whose close icon rejects
+// the dialog (its own reject, when it overrides it). Returns the background, a child of Dialog.
+QXBASE_EXPORT THVKDialogBackground* InstallDialogBackground(QDialog& Dialog, const QString& Caption);
+
+// Enter closes `Dialog` with `OkResult`, Escape rejects it; true when the key was one of them.
+QXBASE_EXPORT bool CloseOnEnterOrEscape(QDialog& Dialog, const QKeyEvent& Event, int OkResult);
 
 }  // namespace qx
